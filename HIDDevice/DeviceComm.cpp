@@ -1,0 +1,164 @@
+#include "HIDDevice/DeviceComm.h"
+
+#include "Protocol/Command.h"
+
+#include <QString>
+
+#include <cstdio>
+#include <cstdlib>
+#include <iostream>
+#include <thread>
+
+namespace {
+
+std::string hex(const uint8_t* bytes, std::size_t length)
+{
+    static const char digits[] = "0123456789abcdef";
+    std::string out;
+    out.reserve(length * 3);
+    for (std::size_t i = 0; i < length; ++i) {
+        if (i)
+            out += ' ';
+        out += digits[bytes[i] >> 4];
+        out += digits[bytes[i] & 0xF];
+    }
+    return out;
+}
+
+std::string arrayNotation(const uint8_t* bytes, std::size_t length)
+{
+    std::string out = "[";
+    for (std::size_t i = 0; i < length; ++i) {
+        if (i)
+            out += ", ";
+        out += std::to_string(bytes[i]);
+    }
+    return out + "]";
+}
+
+}  // namespace
+
+DeviceComm::DeviceComm(std::shared_ptr<HidDeviceHandle> device, Sleeper sleeper)
+    : device_(std::move(device)), sleeper_(std::move(sleeper))
+{
+    if (device_) {
+        const QVariant pid = device_->property(QStringLiteral("ProductID"));
+        if (pid.typeId() == QMetaType::Int || pid.typeId() == QMetaType::LongLong)
+            productId_ = pid.toInt();
+    }
+}
+
+bool DeviceComm::hexDumpEnabled()
+{
+    static const bool enabled = [] {
+        const char* v = std::getenv("ORVANE_HID_DUMP");
+        return v && *v && std::string(v) != "0";
+    }();
+    return enabled;
+}
+
+void DeviceComm::sleep(std::chrono::milliseconds duration) const
+{
+    if (sleeper_)
+        sleeper_(duration);
+    else
+        std::this_thread::sleep_for(duration);
+}
+
+int DeviceComm::setReport(const uint8_t* bytes, std::size_t length)
+{
+    if (!device_)
+        return HidResult::NotResponding;
+    const int status = device_->setFeatureReport(Protocol::kReportId, {bytes, length});
+    if (hexDumpEnabled())
+        std::cerr << "hid set  [" << status << "] " << hex(bytes, length) << std::endl;
+    return status;
+}
+
+int DeviceComm::getReport(std::vector<uint8_t>& buffer, std::size_t& length)
+{
+    if (!device_)
+        return HidResult::NotResponding;
+    const int status = device_->getFeatureReport(Protocol::kReportId, {buffer.data(), length}, length);
+    if (hexDumpEnabled())
+        std::cerr << "hid get  [" << status << "] " << hex(buffer.data(), length) << std::endl;
+    return status;
+}
+
+bool DeviceComm::exchange(const std::vector<uint8_t>& request, std::vector<uint8_t>& reply, bool& setFailed)
+{
+    setFailed = false;
+    std::size_t length = Protocol::kReportSize;
+
+    sleep(kStepDelay);
+    if (setReport(request.data(), length) != HidResult::Success) {
+        setFailed = true;
+        return false;
+    }
+    sleep(kStepDelay);
+    // A failed read leaves the copy as it was, so byte 3 of the request then
+    // decides about the repeat, as it does on the original platform.
+    std::vector<uint8_t> copy = request;
+    int readStatus = getReport(copy, length);
+    reply = copy;
+    if (copy[Protocol::Offset::ReplyStatus] != Protocol::kReplyRepeat)
+        return readStatus == HidResult::Success;
+
+    sleep(kStepDelay);
+    if (setReport(request.data(), length) != HidResult::Success) {
+        setFailed = true;
+        return false;
+    }
+    sleep(kStepDelay);
+    std::vector<uint8_t> second = request;
+    std::size_t secondLength = Protocol::kReportSize;
+    readStatus = getReport(second, secondLength);
+    reply = second;
+    return readStatus == HidResult::Success;
+}
+
+bool DeviceComm::sendDeviceData(const std::vector<uint8_t>& data)
+{
+    if (deviceStatus_ == 0 || data.size() < Protocol::kReportSize)
+        return false;
+    isBusy_ = true;
+    std::vector<uint8_t> reply;
+    bool setFailed = false;
+    const bool ok = exchange(data, reply, setFailed);
+    isBusy_ = false;
+    return ok;
+}
+
+bool DeviceComm::getDeviceData(std::vector<uint8_t>& data)
+{
+    if (deviceStatus_ == 0 || data.size() < Protocol::kReportSize)
+        return false;
+    isBusy_ = true;
+    std::vector<uint8_t> reply;
+    bool setFailed = false;
+    const bool ok = exchange(data, reply, setFailed);
+    if (!setFailed)
+        std::copy_n(reply.begin(), Protocol::kReportSize, data.begin());
+    isBusy_ = false;
+    return ok;
+}
+
+bool DeviceComm::sendDeviceData(const std::vector<uint8_t>& data, int length)
+{
+    if (deviceStatus_ == 0)
+        return false;
+    isBusy_ = true;
+    const int n = length / static_cast<int>(Protocol::kReportSize);
+    for (int i = 0; i + 1 < n; ++i) {
+        const std::size_t offset = static_cast<std::size_t>(i) * Protocol::kReportSize;
+        if (offset + Protocol::kReportSize > data.size())
+            break;  // a caller's buffer too short is a misuse; never read past it
+        const uint8_t* report = data.data() + offset;
+        std::cout << "newArr-" << i << arrayNotation(report, Protocol::kReportSize) << std::endl;
+        sleep(kStepDelay);
+        if (setReport(report, Protocol::kReportSize) != HidResult::Success)
+            break;
+    }
+    isBusy_ = false;
+    return true;
+}

@@ -1,0 +1,26 @@
+# Each folder's sources are globbed so that adding a file never needs an edit
+# here; the platform backend is the one place where CMake picks by OS.
+set(_core_dirs Common HIDDevice Protocol Simulator SQLite Language HIDDevice/Platform HIDDevice/Platform/Virtual)
+set(ORVANE_CORE_SOURCES)
+foreach(dir IN LISTS _core_dirs)
+  file(GLOB _files CONFIGURE_DEPENDS ${CMAKE_CURRENT_SOURCE_DIR}/${dir}/*.cpp ${CMAKE_CURRENT_SOURCE_DIR}/${dir}/*.h)
+  list(APPEND ORVANE_CORE_SOURCES ${_files})
+endforeach()
+
+if(CMAKE_SYSTEM_NAME STREQUAL "Linux")
+  file(GLOB ORVANE_PLATFORM_SOURCES CONFIGURE_DEPENDS
+       ${CMAKE_CURRENT_SOURCE_DIR}/HIDDevice/Platform/Linux/*.cpp
+       ${CMAKE_CURRENT_SOURCE_DIR}/HIDDevice/Platform/Linux/*.h)
+  set(ORVANE_PLATFORM_LIBS PkgConfig::LIBUDEV PkgConfig::LIBUSB)
+else()
+  file(GLOB ORVANE_PLATFORM_SOURCES CONFIGURE_DEPENDS
+       ${CMAKE_CURRENT_SOURCE_DIR}/HIDDevice/Platform/None/*.cpp)
+  set(ORVANE_PLATFORM_LIBS)
+endif()
+
+set(_ui_dirs View View/control View/KeyboardLayout View/CustomMenu View/CustomWindow View/popover View/DataSource Keylogger)
+set(ORVANE_UI_SOURCES ${CMAKE_CURRENT_SOURCE_DIR}/AppDelegate.cpp ${CMAKE_CURRENT_SOURCE_DIR}/AppDelegate.h)
+foreach(dir IN LISTS _ui_dirs)
+  file(GLOB _files CONFIGURE_DEPENDS ${CMAKE_CURRENT_SOURCE_DIR}/${dir}/*.cpp ${CMAKE_CURRENT_SOURCE_DIR}/${dir}/*.h)
+  list(APPEND ORVANE_UI_SOURCES ${_files})
+endforeach()
