@@ -1,6 +1,25 @@
+#include "AppDelegate.h"
+
 #include <QApplication>
+
+#include <iostream>
+
 int main(int argc, char** argv)
 {
+    // The images live in the UI library; a static library's resources must
+    // be registered by hand.
+    Q_INIT_RESOURCE(resources);
     QApplication app(argc, argv);
-    return 0;
+    QApplication::setApplicationName(QStringLiteral("Orvane Keyboard Studio"));
+    QApplication::setOrganizationDomain(QStringLiteral("orvane.com"));
+
+    QString error;
+    const auto options = parseAppOptions(QApplication::arguments(), error);
+    if (!options) {
+        std::cerr << error.toStdString() << std::endl;
+        return error.startsWith(QStringLiteral("Usage")) ? 0 : 2;
+    }
+    AppDelegate delegate(*options);
+    delegate.applicationDidFinishLaunching();
+    return app.exec();
 }

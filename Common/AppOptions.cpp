@@ -1,0 +1,45 @@
+#include "Common/AppOptions.h"
+
+#include <QCommandLineParser>
+
+std::optional<AppOptions> parseAppOptions(const QStringList& arguments, QString& error)
+{
+    QCommandLineParser parser;
+    parser.setApplicationDescription(QStringLiteral("Orvane Keyboard Studio"));
+    parser.addHelpOption();
+    const QCommandLineOption demo(QStringLiteral("demo"), QStringLiteral("Plug in a virtual keyboard: m61, w61 or k68."), QStringLiteral("model"));
+    const QCommandLineOption trace(QStringLiteral("trace"), QStringLiteral("Write the virtual keyboard's report trace to FILE."), QStringLiteral("file"));
+    const QCommandLineOption dataDir(QStringLiteral("data-dir"), QStringLiteral("Keep the settings and databases in DIR."), QStringLiteral("dir"));
+    const QCommandLineOption quitAfter(QStringLiteral("quit-after"), QStringLiteral("Quit after SECONDS."), QStringLiteral("seconds"));
+    const QCommandLineOption screenshot(QStringLiteral("screenshot"), QStringLiteral("Save a PNG of the window just before quitting."), QStringLiteral("file"));
+    parser.addOptions({demo, trace, dataDir, quitAfter, screenshot});
+
+    if (!parser.parse(arguments)) {
+        error = parser.errorText();
+        return std::nullopt;
+    }
+    if (parser.isSet(QStringLiteral("help"))) {
+        error = parser.helpText();
+        return std::nullopt;
+    }
+    AppOptions options;
+    options.demoModel = parser.value(demo).toLower();
+    if (parser.isSet(demo) && options.demoModel != QLatin1String("m61") && options.demoModel != QLatin1String("w61")
+        && options.demoModel != QLatin1String("k68")) {
+        error = QStringLiteral("Unknown demo keyboard \"%1\": use m61, w61 or k68.").arg(parser.value(demo));
+        return std::nullopt;
+    }
+    options.traceFile = parser.value(trace);
+    options.dataDir = parser.value(dataDir);
+    options.screenshotFile = parser.value(screenshot);
+    if (parser.isSet(quitAfter)) {
+        bool ok = false;
+        const double seconds = parser.value(quitAfter).toDouble(&ok);
+        if (!ok || seconds < 0) {
+            error = QStringLiteral("--quit-after needs a number of seconds, not \"%1\".").arg(parser.value(quitAfter));
+            return std::nullopt;
+        }
+        options.quitAfterSeconds = seconds;
+    }
+    return options;
+}

@@ -1,0 +1,21 @@
+#pragma once
+// The command-line options. None of them changes what the app does with a
+// keyboard: they add a virtual one, a trace, another data folder, or a timed
+// exit with a screenshot for scripted runs.
+
+#include <QString>
+#include <QStringList>
+
+#include <optional>
+
+struct AppOptions {
+    QString demoModel;    // "m61", "w61" or "k68"; empty: no virtual keyboard
+    QString traceFile;
+    QString dataDir;
+    std::optional<double> quitAfterSeconds;
+    QString screenshotFile;
+};
+
+// Parses the arguments (argv[0] first). On bad input returns nullopt and
+// puts a message meant for the user in `error`.
+std::optional<AppOptions> parseAppOptions(const QStringList& arguments, QString& error);

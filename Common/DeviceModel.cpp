@@ -1,0 +1,23 @@
+#include "Common/DeviceModel.h"
+
+int DeviceModel::deviceTypeForProduct(const QString& product)
+{
+    if (product == QLatin1String("ORVANE M61") || product == QLatin1String("ORVANE W61"))
+        return kDeviceType61k;
+    return kDeviceType68k;
+}
+
+int DeviceModel::keyboardTypeForDeviceType(int deviceType)
+{
+    switch (deviceType) {
+    case kDeviceTypeCnc: return 2;
+    case kDeviceType61k: return 1;
+    default: return 0;
+    }
+}
+
+QString DeviceModel::deviceDatabaseFile(int deviceType)
+{
+    return deviceType == kDeviceType68k ? QStringLiteral("orvane_68k_device.sqlite3")
+                                        : QStringLiteral("orvane_61k_device.sqlite3");
+}

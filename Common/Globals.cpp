@@ -1,0 +1,4 @@
+#include "Common/Globals.h"
+
+std::atomic<int> g_device_type{1};
+std::atomic<int> G_Language{Language::English};

@@ -1,0 +1,57 @@
+#include "HIDDevice/HIDDeviceMonitor.h"
+
+#include "Common/NotificationCenter.h"
+
+HIDDeviceMonitor::HIDDeviceMonitor(std::vector<HIDMonitorData> vp_, int reportSize_, ManagerFactory factory)
+    : vp(std::move(vp_)), reportSize(reportSize_), factory_(std::move(factory))
+{
+}
+
+HIDDeviceMonitor::~HIDDeviceMonitor() = default;
+
+void HIDDeviceMonitor::start()
+{
+    manager_ = factory_();
+    std::vector<HidMatch> matches;
+    for (const HIDMonitorData& d : vp)
+        matches.push_back({d.vendorId, d.productId});
+    manager_->setDeviceMatching(std::move(matches));
+    manager_->registerDeviceMatchingCallback(
+        [this](const std::shared_ptr<HidDeviceHandle>& device) { rawDeviceAdded(0, manager_.get(), device); });
+    manager_->registerDeviceRemovalCallback(
+        [this](const std::shared_ptr<HidDeviceHandle>& device) { rawDeviceRemoved(0, manager_.get(), device); });
+    manager_->registerProblemCallback([this](const QString& message) {
+        if (onProblem_)
+            onProblem_(message);
+    });
+    // A manager that cannot be opened simply stays silent.
+    manager_->open();
+}
+
+void HIDDeviceMonitor::stop()
+{
+    manager_.reset();
+}
+
+bool HIDDeviceMonitor::rawDeviceAdded(int, void*, const std::shared_ptr<HidDeviceHandle>& device)
+{
+    if (!device)
+        return true;
+    const HIDDevice hid(device);
+    if (!isConfigurationInterface(hid))
+        return true;
+    NotificationCenter::defaultCenter().post(HIDNotification::Connected, makeDeviceNotificationObject(hid));
+    return false;
+}
+
+bool HIDDeviceMonitor::rawDeviceRemoved(int, void*, const std::shared_ptr<HidDeviceHandle>& device)
+{
+    if (!device)
+        return true;
+    // Read from the departing device: its properties are still there.
+    const HIDDevice hid(device);
+    if (!isConfigurationInterface(hid))
+        return true;
+    NotificationCenter::defaultCenter().post(HIDNotification::Disconnected, makeDeviceNotificationObject(hid));
+    return false;
+}

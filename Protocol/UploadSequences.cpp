@@ -1,0 +1,135 @@
+#include "Protocol/UploadSequences.h"
+
+#include "Protocol/CommandFrame.h"
+
+#include <algorithm>
+
+using Protocol::Command;
+
+namespace UploadSequences {
+namespace {
+
+uint8_t byteOf(int value) { return static_cast<uint8_t>(value & 0xFF); }
+
+// A data report sent on its own: 64 payload bytes in a 65-byte buffer.
+ReportStep singleReport(const Report& block)
+{
+    std::vector<uint8_t> buffer(Protocol::kFrameBufferSize, 0);
+    std::copy(block.begin(), block.end(), buffer.begin());
+    return {ReportStep::Kind::Single, std::move(buffer), 0, {}};
+}
+
+// Nine reports in a buffer of `bufferSize`, sent as a run of `runLength`
+// (which, by the transport's rule, sends one report fewer than it spans).
+ReportStep nineReportRun(const NineReports& data, std::size_t bufferSize, std::size_t runLength)
+{
+    std::vector<uint8_t> buffer(bufferSize, 0);
+    std::copy(data.begin(), data.end(), buffer.begin());
+    return ReportStep::run(std::move(buffer), static_cast<int>(runLength));
+}
+
+}  // namespace
+
+std::vector<uint8_t> frameBytes(Command command, uint8_t target, uint8_t count)
+{
+    const CommandFrame frame(command, target, count);
+    return {frame.bytes().begin(), frame.bytes().begin() + Protocol::kReportSize};
+}
+
+ReportSequence keyTable(int profile, const NineReports& table)
+{
+    ReportSequence seq{"key table " + std::to_string(profile), {}};
+    CommandFrame frame(Command::BeginUpload);
+    seq.steps.push_back(ReportStep::single(frame));
+    frame.setCommand(Command::KeyTable);
+    frame.setTarget(byteOf(profile));
+    frame.setDataCount(Protocol::kKeyTableReports);
+    seq.steps.push_back(ReportStep::single(frame));
+    seq.steps.push_back(nineReportRun(table, Protocol::kKeyTableBufferSize, Protocol::kKeyTableRunLength));
+    frame.setCommand(Command::EndUpload);
+    frame.setDataCount(0);
+    seq.steps.push_back(ReportStep::single(frame));
+    return seq;
+}
+
+ReportSequence lightMode(int profile, const Report& block)
+{
+    ReportSequence seq{"light mode " + std::to_string(profile), {}};
+    CommandFrame frame(Command::BeginUpload);
+    seq.steps.push_back(ReportStep::single(frame));
+    frame.setCommand(Command::LightMode);
+    frame.setTarget(byteOf(profile));
+    frame.setDataCount(1);
+    seq.steps.push_back(ReportStep::single(frame));
+    seq.steps.push_back(singleReport(block));
+    frame.setCommand(Command::EndUpload);
+    frame.setDataCount(0);
+    seq.steps.push_back(ReportStep::single(frame));
+    frame.setCommand(Command::ApplyLight);
+    seq.steps.push_back(ReportStep::single(frame));
+    return seq;
+}
+
+ReportSequence userLightColors(int slot, const NineReports& colors)
+{
+    ReportSequence seq{"user light slot " + std::to_string(slot), {}};
+    CommandFrame frame(Command::BeginUpload);
+    seq.steps.push_back(ReportStep::single(frame));
+    frame.setCommand(Command::UserLightData);
+    frame.setTarget(byteOf(Protocol::kUserLightTargetBase + slot));
+    frame.setDataCount(Protocol::kUserLightReports);
+    seq.steps.push_back(ReportStep::single(frame));
+    seq.steps.push_back(nineReportRun(colors, Protocol::kUserLightBufferSize, Protocol::kUserLightRunLength));
+    frame.clear();
+    frame.setCommand(Command::EndUpload);
+    seq.steps.push_back(ReportStep::single(frame));
+    frame.setCommand(Command::ApplyLight);
+    seq.steps.push_back(ReportStep::single(frame));
+    return seq;
+}
+
+ReportSequence systemSettings(int profile, const Report& block)
+{
+    ReportSequence seq{"system settings " + std::to_string(profile), {}};
+    CommandFrame frame(Command::BeginUpload);
+    seq.steps.push_back(ReportStep::single(frame));
+    frame.setCommand(Command::SystemSet);
+    frame.setTarget(byteOf(profile));
+    frame.setDataCount(1);
+    seq.steps.push_back(ReportStep::single(frame));
+    seq.steps.push_back(singleReport(block));
+    frame.clear();
+    frame.setCommand(Command::EndUpload);
+    seq.steps.push_back(ReportStep::single(frame));
+    return seq;
+}
+
+ReportSequence macroStore(std::span<const uint8_t> store)
+{
+    const std::size_t blocks = store.size() / Protocol::kReportSize;
+    ReportSequence seq{"macro store", {}};
+    CommandFrame frame(Command::BeginMacro);
+    seq.steps.push_back(ReportStep::single(frame));
+    frame.setCommand(Command::MacroData);
+    frame.setDataCount(byteOf(static_cast<int>(blocks)));
+    seq.steps.push_back(ReportStep::single(frame));
+    seq.steps.push_back(ReportStep::sleep(std::chrono::milliseconds(Protocol::kMacroPauseMs)));
+    std::vector<uint8_t> buffer(std::max(Protocol::kMacroBufferSize, store.size() + Protocol::kReportSize), 0);
+    std::copy(store.begin(), store.begin() + static_cast<std::ptrdiff_t>(blocks * Protocol::kReportSize), buffer.begin());
+    seq.steps.push_back(ReportStep::run(std::move(buffer), static_cast<int>((blocks + 1) * Protocol::kReportSize)));
+    seq.steps.push_back(ReportStep::sleep(std::chrono::milliseconds(Protocol::kMacroPauseMs)));
+    frame.setCommand(Command::EndUpload);
+    frame.setDataCount(0);
+    seq.steps.push_back(ReportStep::single(frame));
+    return seq;
+}
+
+ReportSequence statusPoll()
+{
+    ReportSequence seq{"status poll", {}};
+    seq.steps.push_back(ReportStep::exchange(CommandFrame(Command::ReadStatus)));
+    seq.steps.push_back(ReportStep::single(CommandFrame(Command::EndUpload)));
+    return seq;
+}
+
+}  // namespace UploadSequences

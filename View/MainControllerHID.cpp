@@ -1,0 +1,64 @@
+// Connection and loss of the keyboard.
+#include "View/MainController.h"
+
+#include "Common/DeviceModel.h"
+#include "Common/Globals.h"
+#include "View/control/ButtonView.h"
+
+void MainController::deviceConnected(const QVariant& object)
+{
+    HIDDevice device;
+    if (!deviceFromNotificationObject(object, device))
+        return;
+    {
+        std::lock_guard lock(sessionMutex_);
+        if (kbHIDdevice_ && kbHIDdevice_->isSameDevice(device))
+            return;
+        kbHIDdevice_ = device;
+        device_name_ = device.name;
+    }
+    g_device_type = DeviceModel::deviceTypeForProduct(device.name);
+    deviceState = true;
+    isSendDevice = true;
+    QMetaObject::invokeMethod(this, [this] { refreshUI(); }, Qt::QueuedConnection);
+}
+
+void MainController::deviceDisconnected(const QVariant& object)
+{
+    HIDDevice device;
+    if (!deviceFromNotificationObject(object, device))
+        return;
+    {
+        std::lock_guard lock(sessionMutex_);
+        if (!kbHIDdevice_ || !kbHIDdevice_->isSameDevice(device))
+            return;
+        kbHIDdevice_.reset();
+        deviceState = false;
+        isSendDevice = false;
+        // Steps still queued for this transport are skipped from now on.
+        if (deviceComm_)
+            deviceComm_->release();
+        deviceComm_.reset();
+    }
+    QMetaObject::invokeMethod(this, [this] { refreshUI(); }, Qt::QueuedConnection);
+}
+
+void MainController::refreshUI()
+{
+    // Every connection and disconnection brings the user back to the key page.
+    viewType = 1;
+    if (connectedDevice()) {
+        ConnectDevice();
+        imgbtn_usb->initControl(QStringLiteral("sys_btn_usb_h"), QStringLiteral("sys_btn_usb_h"));
+    } else {
+        imgbtn_usb->initControl(QStringLiteral("sys_btn_usb_n"), QStringLiteral("sys_btn_usb_n"));
+    }
+}
+
+void MainController::ConnectDevice()
+{
+    if (currentTransport() || !connectedDevice())
+        return;
+    setCurrentDevice(g_device_type);
+    initSQLite();
+}

@@ -1,0 +1,60 @@
+// The window's controls.
+#include "View/MainController.h"
+
+#include "Common/DeviceModel.h"
+#include "View/control/ButtonView.h"
+#include "View/control/FlippedRect.h"
+
+#include <QApplication>
+
+void MainController::InitUI()
+{
+    resize(kWindowWidth, kWindowHeight);
+
+    imgbtn_close = new ImageButton(this);
+    imgbtn_close->setObjectName(QStringLiteral("imgbtn_close"));
+    imgbtn_close->setGeometry(flippedRect(kWindowHeight, 1116, 684, 24, 24));
+    imgbtn_close->initControl(QStringLiteral("sys_btn_close_n"), QStringLiteral("sys_btn_close_h"));
+    imgbtn_close->setToolTip(tr("Quit"));
+    connect(imgbtn_close, &QAbstractButton::clicked, this, [this] { window()->close(); });
+
+    imgbtn_min = new ImageButton(this);
+    imgbtn_min->setObjectName(QStringLiteral("imgbtn_min"));
+    imgbtn_min->setGeometry(flippedRect(kWindowHeight, 1080, 684, 24, 24));
+    imgbtn_min->initControl(QStringLiteral("sys_btn_min_n"), QStringLiteral("sys_btn_min_h"));
+    connect(imgbtn_min, &QAbstractButton::clicked, this, [this] { window()->showMinimized(); });
+
+    imgbtn_usb = new ImageButton(this);
+    imgbtn_usb->setObjectName(QStringLiteral("imgbtn_usb"));
+    imgbtn_usb->setGeometry(flippedRect(kWindowHeight, 1020, 682, 28, 28));
+    imgbtn_usb->initControl(QStringLiteral("sys_btn_usb_n"), QStringLiteral("sys_btn_usb_n"));
+
+    label_problem = new QLabel(this);
+    label_problem->setObjectName(QStringLiteral("label_problem"));
+    label_problem->setWordWrap(true);
+    label_problem->setTextInteractionFlags(Qt::TextSelectableByMouse);
+    label_problem->setStyleSheet(QStringLiteral(
+        "QLabel { background: #fff4e5; color: #3d2a00; border: 1px solid #f0c36d; border-radius: 6px; padding: 8px 12px; }"));
+    label_problem->setGeometry(flippedRect(kWindowHeight, 24, 16, kWindowWidth - 48, 64));
+    label_problem->hide();
+}
+
+void MainController::setCurrentDevice(int curDevType)
+{
+    const int target = DeviceModel::keyboardTypeForDeviceType(curDevType);
+    if (keyboardType == target)
+        return;
+    keyboardType = target;
+}
+
+void MainController::registerNotification() {}
+
+void MainController::showProblem(const QString& message)
+{
+    if (problemShown_ || !label_problem)
+        return;
+    problemShown_ = true;
+    label_problem->setText(message);
+    label_problem->show();
+    label_problem->raise();
+}

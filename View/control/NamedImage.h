@@ -1,0 +1,12 @@
+#pragma once
+// Images by their resource name ("sys_btn_usb_n"), drawn as SVG under
+// :/images/. An unknown name gives a null pixmap.
+
+#include <QPixmap>
+#include <QSize>
+#include <QString>
+
+namespace NamedImage {
+QPixmap pixmap(const QString& name, const QSize& size, qreal devicePixelRatio = 1.0);
+bool exists(const QString& name);
+}  // namespace NamedImage
