@@ -1,0 +1,85 @@
+#include "support/RecordingHidDevice.h"
+
+#include "support/HexBytes.h"
+
+#include <algorithm>
+
+namespace testing_support {
+
+int RecordingHidDevice::setFeatureReport(uint8_t, std::span<const uint8_t> data)
+{
+    std::unique_lock lock(mutex_);
+    ++waiting_;
+    gateChanged_.wait(lock, [this] { return !gateClosed_; });
+    --waiting_;
+    last_.assign(data.begin(), data.end());
+    sets_.push_back(hexFromBytes(last_));
+    return HidResult::Success;
+}
+
+int RecordingHidDevice::getFeatureReport(uint8_t, std::span<uint8_t> buffer, std::size_t& length)
+{
+    std::lock_guard lock(mutex_);
+    std::vector<uint8_t> reply = last_;
+    reply.resize(64, 0);
+    reply[3] = 0x01;
+    reply[9] = replyProfile_;
+    length = std::min<std::size_t>(length, 64);
+    std::copy_n(reply.begin(), length, buffer.begin());
+    return HidResult::Success;
+}
+
+void RecordingHidDevice::beginSequence(bool carriesDataReports)
+{
+    std::lock_guard lock(mutex_);
+    if (recordBrackets)
+        sets_.push_back(carriesDataReports ? "begin data" : "begin");
+}
+
+void RecordingHidDevice::endSequence()
+{
+    std::lock_guard lock(mutex_);
+    if (recordBrackets)
+        sets_.push_back("end");
+}
+
+std::vector<std::string> RecordingHidDevice::sets() const
+{
+    std::lock_guard lock(mutex_);
+    return sets_;
+}
+
+void RecordingHidDevice::clear()
+{
+    std::lock_guard lock(mutex_);
+    sets_.clear();
+}
+
+void RecordingHidDevice::setReplyProfile(uint8_t profile)
+{
+    std::lock_guard lock(mutex_);
+    replyProfile_ = profile;
+}
+
+void RecordingHidDevice::closeGate()
+{
+    std::lock_guard lock(mutex_);
+    gateClosed_ = true;
+}
+
+void RecordingHidDevice::openGate()
+{
+    {
+        std::lock_guard lock(mutex_);
+        gateClosed_ = false;
+    }
+    gateChanged_.notify_all();
+}
+
+bool RecordingHidDevice::someoneWaitsAtGate() const
+{
+    std::lock_guard lock(mutex_);
+    return waiting_ > 0;
+}
+
+}  // namespace testing_support
