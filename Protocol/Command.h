@@ -33,6 +33,26 @@ enum class Command : uint8_t {
     ReadStatus = 0x30,     // reply byte 9: active profile
 };
 
+// True for the ten command bytes above; anything else in byte 1 of a frame
+// is a command the keyboard does not know.
+constexpr bool isKnownCommand(uint8_t byte)
+{
+    switch (static_cast<Command>(byte)) {
+    case Command::BeginUpload:
+    case Command::BeginMacro:
+    case Command::EndUpload:
+    case Command::ApplyLight:
+    case Command::KeyTable:
+    case Command::LightMode:
+    case Command::MacroData:
+    case Command::SystemSet:
+    case Command::UserLightData:
+    case Command::ReadStatus:
+        return true;
+    }
+    return false;
+}
+
 // ---- Frame offsets ---------------------------------------------------------
 namespace Offset {
 inline constexpr std::size_t ReportId = 0;
@@ -60,6 +80,8 @@ inline constexpr std::size_t kKeyTableReports = 9;
 inline constexpr std::size_t kKeyTableBytes = kKeyTableReports * kReportSize;  // 576
 inline constexpr std::size_t kUserLightReports = 9;
 inline constexpr std::size_t kUserLightBytes = kUserLightReports * kReportSize;  // 576
+inline constexpr std::size_t kLightModeReports = 1;
+inline constexpr std::size_t kSystemSetReports = 1;
 inline constexpr std::size_t kLightModeMarkerAt = 14;   // marker ends the 16 meaningful bytes
 inline constexpr std::size_t kSystemSetMarkerAt = 62;
 

@@ -1,0 +1,386 @@
+#include "Simulator/FirmwareModel.h"
+
+#include <algorithm>
+
+using Protocol::Command;
+namespace Offset = Protocol::Offset;
+
+namespace {
+
+const FirmwareModel::Block kNoBlock;
+
+QString hexByte(uint8_t byte)
+{
+    return QStringLiteral("0x%1").arg(byte, 2, 16, QLatin1Char('0'));
+}
+
+QString commandName(Command command)
+{
+    return hexByte(static_cast<uint8_t>(command));
+}
+
+// A command frame carries nothing but the report id, the command, the target
+// and the count:
+//   byte:  0     1        2       3..7   8        9..63
+//         [04] [cmd] [target] [00..] [count] [00...]
+bool reservedBytesClear(const FirmwareModel::Report& r)
+{
+    const auto zero = [](uint8_t b) { return b == 0; };
+    return std::all_of(r.begin() + 3, r.begin() + Offset::DataCount, zero)
+        && std::all_of(r.begin() + Offset::DataCount + 1, r.end(), zero);
+}
+
+// While data reports are due, only a report with the full shape of a command
+// frame is taken for one. No block the host sends looks like that: light and
+// settings blocks have other bytes set, key and colour tables never start a
+// report with 04 followed by a command byte and 62 zeros, and a macro body
+// with such a head would not fit in the store.
+bool hasCommandShape(const FirmwareModel::Report& r)
+{
+    return r[Offset::ReportId] == Protocol::kReportId && Protocol::isKnownCommand(r[Offset::Command])
+        && reservedBytesClear(r);
+}
+
+bool isHeader(Command command)
+{
+    return FirmwareBlocks::requiredReportCount(command).has_value();
+}
+
+}  // namespace
+
+QString secondsSinceStart(FirmwareModel::Time t)
+{
+    const long long ms = std::chrono::duration_cast<std::chrono::milliseconds>(t).count();
+    return QStringLiteral("%1.%2").arg(ms / 1000).arg(ms % 1000, 3, 10, QLatin1Char('0'));
+}
+
+// ---- Blocks ----------------------------------------------------------------
+
+std::optional<std::size_t> FirmwareBlocks::endMarkerOffset(Command header, std::size_t size)
+{
+    switch (header) {
+    case Command::KeyTable:
+    case Command::UserLightData:
+        // Key table and user light colours, 9 reports:
+        //   byte:  0 .. 573             574   575
+        //         [4-byte cells ...]   [AA]  [55]
+        return size - 2;
+    case Command::LightMode:
+        // Light mode, 1 report; the marker ends the 16 meaningful bytes:
+        //   byte:  0       1..13       14    15    16..63
+        //         [mode] [settings]  [AA]  [55]  [00 ...]
+        return Protocol::kLightModeMarkerAt;
+    case Command::SystemSet:
+        // System settings, 1 report:
+        //   byte:  0      1..61      62    63
+        //         [lock] [00 ...]  [AA]  [55]
+        return Protocol::kSystemSetMarkerAt;
+    case Command::MacroData:
+        // Macro store, n reports:
+        //   byte:  0..399        400 ..          64n-2  64n-1
+        //         [directory]  [bodies, zeros]  [AA]   [55]
+        return size - 2;
+    default:
+        return std::nullopt;
+    }
+}
+
+std::optional<std::size_t> FirmwareBlocks::requiredReportCount(Command header)
+{
+    switch (header) {
+    case Command::KeyTable: return Protocol::kKeyTableReports;
+    case Command::UserLightData: return Protocol::kUserLightReports;
+    case Command::LightMode: return Protocol::kLightModeReports;
+    case Command::SystemSet: return Protocol::kSystemSetReports;
+    case Command::MacroData: return 0;
+    default: return std::nullopt;
+    }
+}
+
+bool FirmwareBlocks::isValidTarget(Command header, uint8_t target)
+{
+    switch (header) {
+    case Command::KeyTable:
+    case Command::LightMode:
+    case Command::SystemSet:
+        return target >= Protocol::kFirstProfile && target <= Protocol::kLastProfile;
+    case Command::UserLightData:
+        return target >= Protocol::kUserLightTargetBase;
+    default:
+        return true;  // the macro store has no target
+    }
+}
+
+uint16_t FirmwareBlocks::addToSum(uint16_t sum, std::span<const uint8_t> bytes)
+{
+    for (uint8_t b : bytes)
+        sum = static_cast<uint16_t>(sum + b);
+    return sum;
+}
+
+// ---- Reports ---------------------------------------------------------------
+
+void FirmwareModel::set(std::span<const uint8_t> bytes, Time at)
+{
+    ++setCount_;
+    checkInterval(at);
+
+    Report report{};
+    std::copy_n(bytes.begin(), std::min(bytes.size(), report.size()), report.begin());
+
+    if (phase_ == Phase::Receiving) {
+        if (hasCommandShape(report)) {
+            abandonBlock(report[Offset::Command], at);
+            onCommandFrame(report, at);
+        } else {
+            onDataReport(report, at);
+        }
+        return;
+    }
+
+    if (report[Offset::ReportId] == Protocol::kReportId) {
+        onCommandFrame(report, at);
+        return;
+    }
+    if (Protocol::isKnownCommand(report[Offset::Command]) && reservedBytesClear(report)) {
+        // Under another report id the frame never reaches the command parser.
+        flag(ProtocolError::BadReportId, at,
+             QStringLiteral("command frame %1 with report id %2 instead of 0x04")
+                 .arg(hexByte(report[Offset::Command]), hexByte(report[Offset::ReportId])));
+        return;
+    }
+
+    dataSum_ = FirmwareBlocks::addToSum(dataSum_, report);
+    if (phase_ == Phase::BlockDone && lastHeader_)
+        flag(ProtocolError::WrongCount, at,
+             QStringLiteral("data report beyond the block announced by %1").arg(commandName(*lastHeader_)));
+    else
+        flag(ProtocolError::DataWithoutHeader, at, QStringLiteral("data report without a header"));
+}
+
+FirmwareModel::Report FirmwareModel::get(Time at)
+{
+    ++getCount_;
+    checkInterval(at);
+    return lastReply_;
+}
+
+void FirmwareModel::checkInterval(Time at)
+{
+    if (lastReportAt_ && at - *lastReportAt_ < kMinReportInterval) {
+        const auto gap = std::chrono::duration_cast<std::chrono::microseconds>(at - *lastReportAt_).count();
+        flag(ProtocolError::TooFast, at,
+             QStringLiteral("report %1 ms after the previous one").arg(gap / 1000.0, 0, 'f', 1));
+    }
+    lastReportAt_ = at;
+}
+
+void FirmwareModel::onCommandFrame(const Report& frame, Time at)
+{
+    const uint8_t command = frame[Offset::Command];
+    if (!reservedBytesClear(frame))
+        flag(ProtocolError::StrayFrameBytes, at,
+             QStringLiteral("command frame %1 with bytes set outside 0, 1, 2 and 8").arg(hexByte(command)));
+
+    if (!Protocol::isKnownCommand(command)) {
+        flag(ProtocolError::UnknownCommand, at, QStringLiteral("unknown command %1").arg(hexByte(command)));
+        lastReply_ = frame;
+        lastReply_[Offset::ReplyStatus] = Protocol::kReplyOk;
+        return;
+    }
+
+    if (repeatRequested_) {
+        repeatRequested_ = false;
+        lastReply_ = frame;
+        lastReply_[Offset::ReplyStatus] = Protocol::kReplyRepeat;
+        return;
+    }
+    actOnCommand(frame, at);
+}
+
+void FirmwareModel::actOnCommand(const Report& frame, Time at)
+{
+    const auto command = static_cast<Command>(frame[Offset::Command]);
+    ++commandCounts_[frame[Offset::Command]];
+
+    Report reply = frame;
+    reply[Offset::ReplyStatus] = Protocol::kReplyOk;
+
+    switch (command) {
+    case Command::BeginUpload:
+    case Command::BeginMacro:
+        phase_ = Phase::Open;
+        dataSum_ = 0;
+        break;
+    case Command::ReadStatus:
+        phase_ = Phase::Open;
+        dataSum_ = 0;
+        reply[Offset::ReplyProfile] = static_cast<uint8_t>(activeProfile_);
+        break;
+    case Command::EndUpload:
+        reply[Offset::ReplyChecksumLo] = static_cast<uint8_t>(dataSum_ & 0xFF);
+        reply[Offset::ReplyChecksumHi] = static_cast<uint8_t>(dataSum_ >> 8);
+        phase_ = Phase::Idle;
+        break;
+    case Command::ApplyLight:
+        break;
+    default:
+        if (isHeader(command))
+            openBlock(frame, at);
+        break;
+    }
+    lastReply_ = reply;
+}
+
+void FirmwareModel::openBlock(const Report& frame, Time at)
+{
+    const auto header = static_cast<Command>(frame[Offset::Command]);
+    const uint8_t target = frame[Offset::Target];
+    const std::size_t count = frame[Offset::DataCount];
+    const std::size_t required = *FirmwareBlocks::requiredReportCount(header);
+
+    if (!FirmwareBlocks::isValidTarget(header, target))
+        flag(ProtocolError::BadTarget, at,
+             QStringLiteral("header %1 addresses target %2").arg(commandName(header)).arg(target));
+    if (count == 0 || (required != 0 && count != required)) {
+        flag(ProtocolError::WrongCount, at,
+             QStringLiteral("header %1 announces %2 data reports, the block needs %3")
+                 .arg(commandName(header))
+                 .arg(count)
+                 .arg(required != 0 ? QString::number(required) : QStringLiteral("at least 1")));
+    }
+
+    lastHeader_ = header;
+    if (count == 0) {
+        phase_ = Phase::BlockDone;
+        return;
+    }
+    pending_ = PendingBlock{header, target, count, {}};
+    pending_->bytes.reserve(count * Protocol::kReportSize);
+    phase_ = Phase::Receiving;
+}
+
+void FirmwareModel::onDataReport(const Report& report, Time at)
+{
+    dataSum_ = FirmwareBlocks::addToSum(dataSum_, report);
+    pending_->bytes.insert(pending_->bytes.end(), report.begin(), report.end());
+    if (pending_->bytes.size() == pending_->expected * Protocol::kReportSize)
+        finishBlock(at);
+}
+
+void FirmwareModel::finishBlock(Time at)
+{
+    PendingBlock block = std::move(*pending_);
+    pending_.reset();
+    phase_ = Phase::BlockDone;
+
+    // A wrongly sized or wrongly addressed block was flagged at its header;
+    // the firmware would not know where to put it.
+    const std::size_t required = *FirmwareBlocks::requiredReportCount(block.header);
+    if (required != 0 && block.expected != required)
+        return;
+    Block* store = storeFor(block.header, block.target);
+    if (!store)
+        return;
+
+    const std::size_t marker = *FirmwareBlocks::endMarkerOffset(block.header, block.bytes.size());
+    if (block.bytes[marker] != Protocol::kEndMarker0 || block.bytes[marker + 1] != Protocol::kEndMarker1) {
+        flag(ProtocolError::MissingEndMarker, at,
+             QStringLiteral("block of %1 for target %2 has %3 %4 instead of 0xaa 0x55 at byte %5")
+                 .arg(commandName(block.header))
+                 .arg(block.target)
+                 .arg(hexByte(block.bytes[marker]), hexByte(block.bytes[marker + 1]))
+                 .arg(marker));
+        return;
+    }
+    *store = std::move(block.bytes);
+}
+
+void FirmwareModel::abandonBlock(uint8_t interruptingCommand, Time at)
+{
+    flag(ProtocolError::WrongCount, at,
+         QStringLiteral("block of %1 for target %2 got %3 of %4 data reports before command %5")
+             .arg(commandName(pending_->header))
+             .arg(pending_->target)
+             .arg(pending_->bytes.size() / Protocol::kReportSize)
+             .arg(pending_->expected)
+             .arg(hexByte(interruptingCommand)));
+    pending_.reset();
+    phase_ = Phase::Open;
+}
+
+FirmwareModel::Block* FirmwareModel::storeFor(Command header, uint8_t target)
+{
+    if (!FirmwareBlocks::isValidTarget(header, target))
+        return nullptr;
+    switch (header) {
+    case Command::KeyTable: return &keyTables_[target - 1];
+    case Command::LightMode: return &lightModes_[target - 1];
+    case Command::SystemSet: return &systemSettings_[target - 1];
+    case Command::UserLightData: return &userLights_[target - Protocol::kUserLightTargetBase];
+    case Command::MacroData: return &macroStore_;
+    default: return nullptr;
+    }
+}
+
+void FirmwareModel::flag(ProtocolError kind, Time at, const QString& what)
+{
+    faults_.push_back({kind, QStringLiteral("%1 s: %2").arg(secondsSinceStart(at), what)});
+}
+
+// ---- Controls and read-back -----------------------------------------------
+
+void FirmwareModel::setActiveProfile(int profile)
+{
+    activeProfile_ = std::clamp(profile, 0, 255);
+}
+
+void FirmwareModel::requestRepeatOnce()
+{
+    repeatRequested_ = true;
+}
+
+namespace {
+const FirmwareModel::Block& profileBlock(const std::array<FirmwareModel::Block, Protocol::kLastProfile>& blocks,
+                                         int profile)
+{
+    if (profile < Protocol::kFirstProfile || profile > Protocol::kLastProfile)
+        return kNoBlock;
+    return blocks[profile - 1];
+}
+}  // namespace
+
+const FirmwareModel::Block& FirmwareModel::keyTable(int profile) const { return profileBlock(keyTables_, profile); }
+const FirmwareModel::Block& FirmwareModel::lightMode(int profile) const { return profileBlock(lightModes_, profile); }
+const FirmwareModel::Block& FirmwareModel::systemSettings(int profile) const
+{
+    return profileBlock(systemSettings_, profile);
+}
+
+const FirmwareModel::Block& FirmwareModel::userLight(int slot) const
+{
+    const auto it = userLights_.find(slot);
+    return it == userLights_.end() ? kNoBlock : it->second;
+}
+
+int FirmwareModel::commandCount(Command command) const
+{
+    const auto it = commandCounts_.find(static_cast<uint8_t>(command));
+    return it == commandCounts_.end() ? 0 : it->second;
+}
+
+QStringList FirmwareModel::protocolErrors() const
+{
+    QStringList out;
+    for (const Fault& f : faults_)
+        out << f.message;
+    return out;
+}
+
+std::vector<ProtocolError> FirmwareModel::protocolErrorKinds() const
+{
+    std::vector<ProtocolError> out;
+    for (const Fault& f : faults_)
+        out.push_back(f.kind);
+    return out;
+}

@@ -1,0 +1,237 @@
+// The keyboard's firmware model, driven report by report with injected times
+// 10 ms apart, exactly as the host's transport spaces them.
+
+#include "Simulator/FirmwareModel.h"
+#include "support/HexBytes.h"
+
+#include <gtest/gtest.h>
+
+using namespace testing_support;
+using namespace std::chrono_literals;
+using Protocol::Command;
+using Kinds = std::vector<ProtocolError>;
+
+namespace {
+
+std::vector<uint8_t> frame(Command command, uint8_t target = 0, uint8_t count = 0)
+{
+    return report({0x04, static_cast<uint8_t>(command), target, 0, 0, 0, 0, 0, count});
+}
+
+// A block of `size` bytes: a few recognisable bytes up front, the end marker
+// at `markerAt`, zeros elsewhere.
+std::vector<uint8_t> block(std::size_t size, std::size_t markerAt, uint8_t seed = 0x21)
+{
+    std::vector<uint8_t> b(size, 0);
+    b[0] = seed;
+    b[5] = 0x42;
+    b[markerAt] = 0xAA;
+    b[markerAt + 1] = 0x55;
+    return b;
+}
+
+class Wire {
+public:
+    FirmwareModel fw;
+    FirmwareModel::Time now{0};
+
+    void set(const std::vector<uint8_t>& bytes) { fw.set(bytes, now += 10ms); }
+    std::string get() { return hexFromBytes(toVector(fw.get(now += 10ms))); }
+    // A single report as the host sends it: set, then read the reply.
+    std::string exchange(const std::vector<uint8_t>& bytes)
+    {
+        set(bytes);
+        return get();
+    }
+    void sendRun(const std::vector<uint8_t>& data)
+    {
+        for (std::size_t i = 0; i < data.size(); i += 64)
+            set({data.begin() + i, data.begin() + i + 64});
+    }
+    // Opening command, header, data, end command; returns the end reply.
+    std::string upload(Command open, Command header, uint8_t target, const std::vector<uint8_t>& data)
+    {
+        exchange(frame(open));
+        exchange(frame(header, target, static_cast<uint8_t>(data.size() / 64)));
+        sendRun(data);
+        return exchange(frame(Command::EndUpload, target));
+    }
+
+private:
+    static std::vector<uint8_t> toVector(const FirmwareModel::Report& r) { return {r.begin(), r.end()}; }
+};
+
+std::string hex(const std::vector<uint8_t>& bytes) { return hexFromBytes(bytes); }
+
+}  // namespace
+
+void PrintTo(ProtocolError kind, std::ostream* os)
+{
+    static const char* const names[] = {"DataWithoutHeader", "WrongCount", "MissingEndMarker", "TooFast",
+                                        "BadReportId",       "UnknownCommand", "StrayFrameBytes", "BadTarget"};
+    *os << names[static_cast<int>(kind)];
+}
+
+TEST(FirmwareModel, KeyTableIsStoredForItsProfileAndTheEndReplyCarriesTheDataSum)
+{
+    Wire w;
+    auto table = block(576, 574, 0x02);  // 0x02 + 0x42 + 0xAA + 0x55 = 0x0143
+    EXPECT_EQ(w.exchange(frame(Command::BeginUpload)), hex(report({0x04, 0x18, 0, 0x01})));
+    EXPECT_EQ(w.exchange(frame(Command::KeyTable, 3, 9)), hex(report({0x04, 0x11, 3, 0x01, 0, 0, 0, 0, 9})));
+    w.sendRun(table);
+    EXPECT_EQ(w.exchange(frame(Command::EndUpload, 3)), hex(report({0x04, 0x02, 3, 0x01, 0x43, 0x01})));
+
+    EXPECT_EQ(w.fw.keyTable(3), table);
+    EXPECT_TRUE(w.fw.keyTable(1).empty());
+    EXPECT_TRUE(w.fw.protocolErrors().isEmpty()) << w.fw.protocolErrors().join('\n').toStdString();
+}
+
+TEST(FirmwareModel, LightUserLightSystemAndMacroUploadsLandWhereTheirHeadersSay)
+{
+    Wire w;
+    auto light = block(64, 14, 0x80);
+    w.upload(Command::BeginUpload, Command::LightMode, 2, light);
+    w.exchange(frame(Command::ApplyLight, 2));
+
+    auto colours = block(576, 574, 0x07);
+    w.upload(Command::BeginUpload, Command::UserLightData, 0x80 + 2, colours);
+    w.exchange(frame(Command::ApplyLight));
+
+    auto settings = block(64, 62, 0x83);
+    w.upload(Command::BeginUpload, Command::SystemSet, 4, settings);
+
+    // 50 reports of 0xFF but for the marker: the sum wraps past 16 bits,
+    // 3198 * 255 + 0xAA + 0x55 = 815745 = 12 * 65536 + 0x7281.
+    std::vector<uint8_t> macros(50 * 64, 0xFF);
+    macros[50 * 64 - 2] = 0xAA;
+    macros[50 * 64 - 1] = 0x55;
+    EXPECT_EQ(w.upload(Command::BeginMacro, Command::MacroData, 0, macros),
+              hex(report({0x04, 0x02, 0, 0x01, 0x81, 0x72})));
+
+    EXPECT_EQ(w.fw.lightMode(2), light);
+    EXPECT_EQ(w.fw.userLight(2), colours);
+    EXPECT_TRUE(w.fw.userLight(1).empty());
+    EXPECT_EQ(w.fw.systemSettings(4), settings);
+    EXPECT_EQ(w.fw.macroStore(), macros);
+    EXPECT_EQ(w.fw.applyLightCount(), 2);
+    EXPECT_EQ(w.fw.commandCount(Command::BeginUpload), 3);
+    EXPECT_EQ(w.fw.commandCount(Command::BeginMacro), 1);
+    EXPECT_TRUE(w.fw.protocolErrors().isEmpty()) << w.fw.protocolErrors().join('\n').toStdString();
+}
+
+TEST(FirmwareModel, ReadAfterASingleDataReportReturnsTheHeaderReplyNotARepeat)
+{
+    Wire w;
+    EXPECT_EQ(w.get(), hex(report({})));  // nothing sent yet
+    w.exchange(frame(Command::BeginUpload));
+    w.exchange(frame(Command::SystemSet, 1, 1));
+    // The host reads after the settings block too; byte 3 must not ask again.
+    EXPECT_EQ(w.exchange(block(64, 62, 0x81)), hex(report({0x04, 0x17, 1, 0x01, 0, 0, 0, 0, 1})));
+}
+
+TEST(FirmwareModel, StatusPollReportsTheProfileChosenOnTheKeyboard)
+{
+    Wire w;
+    EXPECT_EQ(w.exchange(frame(Command::ReadStatus)), hex(report({0x04, 0x30, 0, 0x01, 0, 0, 0, 0, 0, 1})));
+    EXPECT_EQ(w.exchange(frame(Command::EndUpload)), hex(report({0x04, 0x02, 0, 0x01})));
+
+    w.fw.setActiveProfile(4);
+    EXPECT_EQ(w.exchange(frame(Command::ReadStatus)), hex(report({0x04, 0x30, 0, 0x01, 0, 0, 0, 0, 0, 4})));
+    EXPECT_EQ(w.exchange(frame(Command::EndUpload)), hex(report({0x04, 0x02, 0, 0x01})));
+    EXPECT_TRUE(w.fw.protocolErrors().isEmpty());
+}
+
+TEST(FirmwareModel, RepeatRequestRefusesOneFrameAndActsOnItsRepeat)
+{
+    Wire w;
+    w.exchange(frame(Command::BeginUpload));
+    w.fw.requestRepeatOnce();
+    EXPECT_EQ(w.exchange(frame(Command::KeyTable, 1, 9)), hex(report({0x04, 0x11, 1, 0xFF, 0, 0, 0, 0, 9})));
+    EXPECT_EQ(w.exchange(frame(Command::KeyTable, 1, 9)), hex(report({0x04, 0x11, 1, 0x01, 0, 0, 0, 0, 9})));
+    auto table = block(576, 574);
+    w.sendRun(table);
+    w.exchange(frame(Command::EndUpload, 1));
+
+    EXPECT_EQ(w.fw.commandCount(Command::KeyTable), 1);
+    EXPECT_EQ(w.fw.keyTable(1), table);
+    EXPECT_TRUE(w.fw.protocolErrors().isEmpty());
+}
+
+TEST(FirmwareModel, StrayAndMiscountedReportsAreFlaggedAndIncompleteBlocksDropped)
+{
+    {
+        Wire w;  // data with no header in front
+        w.exchange(frame(Command::BeginUpload));
+        w.set(block(64, 62));
+        EXPECT_EQ(w.fw.protocolErrorKinds(), Kinds{ProtocolError::DataWithoutHeader});
+    }
+    {
+        Wire w;  // the end command arrives after 4 of 9 reports
+        w.exchange(frame(Command::BeginUpload));
+        w.exchange(frame(Command::KeyTable, 1, 9));
+        const auto table = block(576, 574);
+        w.sendRun({table.begin(), table.begin() + 4 * 64});
+        w.exchange(frame(Command::EndUpload, 1));
+        EXPECT_EQ(w.fw.protocolErrorKinds(), Kinds{ProtocolError::WrongCount});
+        EXPECT_TRUE(w.fw.keyTable(1).empty());
+    }
+    {
+        Wire w;  // one report more than announced, before the end command
+        w.exchange(frame(Command::BeginUpload));
+        w.exchange(frame(Command::SystemSet, 1, 1));
+        w.sendRun(block(64, 62));
+        w.set(block(64, 62));
+        EXPECT_EQ(w.fw.protocolErrorKinds(), Kinds{ProtocolError::WrongCount});
+        w.exchange(frame(Command::EndUpload));
+        w.set(block(64, 62));  // after it, the sequence is closed
+        EXPECT_EQ(w.fw.protocolErrorKinds(), (Kinds{ProtocolError::WrongCount, ProtocolError::DataWithoutHeader}));
+    }
+    {
+        Wire w;  // a key table header announcing 8 reports
+        w.exchange(frame(Command::BeginUpload));
+        w.exchange(frame(Command::KeyTable, 1, 8));
+        w.sendRun(block(512, 510));
+        EXPECT_EQ(w.fw.protocolErrorKinds(), Kinds{ProtocolError::WrongCount});
+        EXPECT_TRUE(w.fw.keyTable(1).empty());
+    }
+}
+
+TEST(FirmwareModel, BlocksWithoutTheirEndMarkerAreFlaggedAndNotStored)
+{
+    struct Case {
+        Command header;
+        uint8_t target;
+        std::size_t size;
+        std::size_t markerAt;
+    };
+    for (const Case& c : {Case{Command::KeyTable, 1, 576, 574}, Case{Command::UserLightData, 0x81, 576, 574},
+                          Case{Command::LightMode, 1, 64, 14}, Case{Command::SystemSet, 1, 64, 62},
+                          Case{Command::MacroData, 0, 192, 190}}) {
+        SCOPED_TRACE(static_cast<int>(c.header));
+        Wire w;
+        auto shifted = block(c.size, c.markerAt - 1);  // one byte too early
+        w.upload(Command::BeginUpload, c.header, c.target, shifted);
+        EXPECT_EQ(w.fw.protocolErrorKinds(), Kinds{ProtocolError::MissingEndMarker});
+        EXPECT_TRUE(w.fw.keyTable(1).empty() && w.fw.userLight(1).empty() && w.fw.lightMode(1).empty()
+                    && w.fw.systemSettings(1).empty() && w.fw.macroStore().empty());
+    }
+}
+
+TEST(FirmwareModel, MalformedFramesAndHastyReportsAreFlagged)
+{
+    Wire w;
+    w.set(report({0x05, 0x18}));  // a command under report id 5
+    w.set(report({0x04, 0x77}));  // no such command
+    w.set(report({0x04, 0x18, 0, 0x01}));  // a reply's status byte left in a frame
+    w.set(frame(Command::KeyTable, 9, 9));  // there is no profile 9
+    EXPECT_EQ(w.fw.protocolErrorKinds(), (Kinds{ProtocolError::BadReportId, ProtocolError::UnknownCommand,
+                                                ProtocolError::StrayFrameBytes, ProtocolError::BadTarget}));
+    EXPECT_EQ(w.fw.commandCount(Command::BeginUpload), 1);  // the one with report id 4
+
+    Wire quick;
+    quick.set(frame(Command::ReadStatus));
+    quick.fw.get(quick.now + 9ms);
+    quick.fw.set(frame(Command::EndUpload), quick.now + 19ms);  // exactly 10 ms later is fine
+    EXPECT_EQ(quick.fw.protocolErrorKinds(), Kinds{ProtocolError::TooFast});
+    EXPECT_TRUE(quick.fw.protocolErrors().front().contains(QStringLiteral("9.0 ms")));
+}

@@ -1,0 +1,174 @@
+// The virtual keyboard as the app meets it: three HID interfaces on the
+// virtual bus, feature reports through HidDeviceHandle, unplugging, the trace.
+
+#include "HIDDevice/HIDDevice.h"
+#include "Simulator/VirtualKeyboard.h"
+#include "support/HexBytes.h"
+
+#include <QFile>
+#include <QTemporaryDir>
+
+#include <gtest/gtest.h>
+
+#include <thread>
+
+using namespace testing_support;
+using namespace std::chrono_literals;
+using Iface = VirtualKeyboard::Interface;
+
+namespace {
+
+// A clock the test moves by hand: every report 10 ms after the one before.
+struct SteppedClock {
+    std::shared_ptr<FirmwareModel::Time> now = std::make_shared<FirmwareModel::Time>(0);
+    VirtualKeyboard::Clock clock()
+    {
+        return [now = now] { return *now += 10ms; };
+    }
+};
+
+std::vector<uint8_t> reply(HidDeviceHandle& h, int* result = nullptr)
+{
+    std::vector<uint8_t> buffer(64, 0xEE);
+    std::size_t length = buffer.size();
+    const int r = h.getFeatureReport(4, buffer, length);
+    if (result)
+        *result = r;
+    buffer.resize(length);
+    return buffer;
+}
+
+}  // namespace
+
+TEST(VirtualKeyboard, ShowsTheThreeInterfacesOfARealKeyboard)
+{
+    VirtualKeyboard kb(VirtualKeyboard::Model::K68);
+    const auto ifaces = kb.interfaces();
+    ASSERT_EQ(ifaces.size(), 3u);
+
+    const HIDDevice typing(ifaces[0]), consumer(ifaces[1]), config(ifaces[2]);
+    for (const HIDDevice& d : {typing, consumer, config}) {
+        EXPECT_EQ(d.id, kb.locationId());
+        EXPECT_EQ(d.vendorId, 3141);
+        EXPECT_EQ(d.productId, 32885);
+        EXPECT_EQ(d.name, QStringLiteral("ORVANE K68"));
+    }
+    EXPECT_EQ(std::pair(typing.reportSize, typing.featureSize), std::pair(8, 0));
+    EXPECT_EQ(std::pair(consumer.reportSize, consumer.featureSize), std::pair(3, 0));
+    EXPECT_EQ(std::pair(config.reportSize, config.featureSize), std::pair(64, 64));
+    EXPECT_FALSE(isConfigurationInterface(typing));
+    EXPECT_TRUE(isConfigurationInterface(config));
+    EXPECT_FALSE(ifaces[2]->property(QStringLiteral("SerialNumber")).isValid());
+
+    // Only the configuration interface speaks the protocol.
+    const auto frame = report({0x04, 0x30});
+    EXPECT_EQ(ifaces[0]->setFeatureReport(4, frame), HidResult::BadArgument);
+    EXPECT_EQ(ifaces[1]->setFeatureReport(4, frame), HidResult::BadArgument);
+    int result = -1;
+    reply(*ifaces[0], &result);
+    EXPECT_EQ(result, HidResult::BadArgument);
+    EXPECT_EQ(kb.setCount() + kb.getCount(), 0);
+
+    EXPECT_NE(VirtualKeyboard(VirtualKeyboard::Model::K68).locationId(), kb.locationId());
+}
+
+TEST(VirtualKeyboard, DemoNamesPickTheModel)
+{
+    EXPECT_EQ(HIDDevice(VirtualKeyboard::fromDemoName("m61")->interfaces()[2]).name, QStringLiteral("ORVANE M61"));
+    EXPECT_EQ(VirtualKeyboard::fromDemoName("w61")->model(), VirtualKeyboard::Model::W61);
+    EXPECT_EQ(VirtualKeyboard::fromDemoName("k68")->model(), VirtualKeyboard::Model::K68);
+    EXPECT_EQ(VirtualKeyboard::fromDemoName("k70"), nullptr);
+    EXPECT_EQ(VirtualKeyboard::fromDemoName(""), nullptr);
+}
+
+TEST(VirtualKeyboard, UnplugFailsTransfersWhileRemovalListenersCanStillReadProperties)
+{
+    auto bus = std::make_shared<VirtualBus>();
+    SteppedClock clock;
+    auto kb = std::make_shared<VirtualKeyboard>(VirtualKeyboard::Model::M61,
+                                                VirtualKeyboard::Options{{}, 16, clock.clock()});
+    QStringList removed;
+    bus->addListener([&](const std::shared_ptr<HidDeviceHandle>& iface, bool arrived) {
+        if (!arrived)
+            removed << iface->property(QStringLiteral("Product")).toString();
+    });
+    bus->plug(kb);
+    const auto config = kb->interfaceHandle(Iface::Configuration);
+    EXPECT_EQ(config->setFeatureReport(4, report({0x04, 0x30})), HidResult::Success);
+
+    bus->unplug(kb);
+    EXPECT_EQ(removed, QStringList(3, QStringLiteral("ORVANE M61")));
+    EXPECT_EQ(config->setFeatureReport(4, report({0x04, 0x02})), HidResult::NotResponding);
+    int result = -1;
+    reply(*config, &result);
+    EXPECT_EQ(result, HidResult::NotResponding);
+    EXPECT_EQ(kb->setCount(), 1);
+
+    bus->plug(kb);
+    EXPECT_EQ(config->setFeatureReport(4, report({0x04, 0x02})), HidResult::Success);
+}
+
+TEST(VirtualKeyboard, TraceWritesOneFlushedJsonLinePerReport)
+{
+    QTemporaryDir dir;
+    ASSERT_TRUE(dir.isValid());
+    const QString path = dir.filePath(QStringLiteral("trace.jsonl"));
+    SteppedClock clock;
+    VirtualKeyboard kb(VirtualKeyboard::Model::M61, {path, 2, clock.clock()});
+    const auto config = kb.interfaceHandle(Iface::Configuration);
+
+    kb.setActiveProfile(3);
+    config->setFeatureReport(4, report({0x04, 0x30}));
+    EXPECT_EQ(hexFromBytes(reply(*config)), hexFromBytes(report({0x04, 0x30, 0, 0x01, 0, 0, 0, 0, 0, 3})));
+    *clock.now = 1234567us;
+    config->setFeatureReport(4, report({0x04, 0x02}));
+
+    // Read while the keyboard is still alive: each line is on disk at once.
+    QFile file(path);
+    ASSERT_TRUE(file.open(QIODevice::ReadOnly));
+    const QString zeros = QString(108, QLatin1Char('0'));
+    EXPECT_EQ(QString::fromUtf8(file.readAll()),
+              QStringLiteral("{\"t\": 0.010, \"op\": \"set\", \"report\": 4, \"data\": \"04300000000000000000")
+                  + zeros + QStringLiteral("\"}\n")
+                  + QStringLiteral("{\"t\": 0.020, \"op\": \"get\", \"report\": 4, \"data\": \"04300001000000000003")
+                  + zeros + QStringLiteral("\"}\n")
+                  + QStringLiteral("{\"t\": 1.244, \"op\": \"set\", \"report\": 4, \"data\": \"04020000000000000000")
+                  + zeros + QStringLiteral("\"}\n"));
+
+    const auto recent = kb.recentTrace();  // memory keeps the last two
+    ASSERT_EQ(recent.size(), 2u);
+    EXPECT_EQ(recent[0].op, TraceRecord::Op::Get);
+    EXPECT_EQ(recent[1].data[1], 0x02);
+}
+
+TEST(VirtualKeyboard, KeyTableUploadOnTheRealClockWithTheHostsPacing)
+{
+    VirtualKeyboard kb(VirtualKeyboard::Model::W61);
+    const auto config = kb.interfaceHandle(Iface::Configuration);
+    // The host sleeps 10 ms before every step; nothing here may arrive sooner.
+    const auto send = [&](const std::vector<uint8_t>& bytes) {
+        std::this_thread::sleep_for(10ms);
+        EXPECT_EQ(config->setFeatureReport(4, bytes), HidResult::Success);
+    };
+    const auto exchange = [&](const std::vector<uint8_t>& bytes) {
+        send(bytes);
+        std::this_thread::sleep_for(10ms);
+        return hexFromBytes(reply(*config));
+    };
+
+    std::vector<uint8_t> table(576, 0);
+    table[4] = 2, table[6] = 175, table[574] = 0xAA, table[575] = 0x55;  // sum 0x01b0
+    kb.requestRepeatOnce();
+    EXPECT_EQ(exchange(report({0x04, 0x18})), hexFromBytes(report({0x04, 0x18, 0, 0xFF})));
+    exchange(report({0x04, 0x18}));
+    exchange(report({0x04, 0x11, 5, 0, 0, 0, 0, 0, 9}));
+    for (std::size_t i = 0; i < table.size(); i += 64)
+        send({table.begin() + i, table.begin() + i + 64});
+    EXPECT_EQ(exchange(report({0x04, 0x02, 5})), hexFromBytes(report({0x04, 0x02, 5, 0x01, 0xB0, 0x01})));
+
+    const FirmwareModel fw = kb.firmware();
+    EXPECT_EQ(fw.keyTable(5), table);
+    EXPECT_EQ(fw.commandCount(Protocol::Command::BeginUpload), 1);
+    EXPECT_EQ(kb.setCount(), 13);
+    EXPECT_TRUE(kb.protocolErrors().isEmpty()) << kb.protocolErrors().join('\n').toStdString();
+}
