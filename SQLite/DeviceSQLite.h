@@ -1,0 +1,93 @@
+#pragma once
+// DeviceSQLite: the device database. One SQLite file per keyboard family
+// holds everything the user configures for that family on this machine:
+// settings per profile ("t_configdata"), key assignments, user light modes
+// with their per-key colours, and macros with their steps.
+//
+// A new object is made on every keyboard connection and replaces the one
+// before. Opening creates the database folder, the eight tables and the 34
+// settings rows of a new file; an existing file keeps what it has. If
+// opening fails, `db` stays empty and the object still answers every call
+// with a neutral result: "" for a read, true for a write (nothing matched),
+// nothing at all for the rest. No exception leaves the class; failures are
+// plain lines on standard output.
+//
+// Operations of several statements (seeding, wiping with reseeding,
+// resetting a profile) each run in one transaction, so an error or a crash
+// leaves them either done or not started, never half done.
+//
+// Sources by topic: DeviceSQLite.cpp (opening, schema, seeding, wiping,
+// profile reset), DeviceSQLiteConfig.cpp (the settings rows).
+
+#include <SQLiteCpp/Database.h>
+
+#include <QString>
+
+#include <memory>
+#include <string>
+
+// The file of a keyboard family, by `g_device_type`: the 68-key model has a
+// file of its own, every other value shares the 61-key file.
+QString deviceDatabaseFileName(int deviceType);
+
+// The layout version of the device database. Kept in the local settings
+// under "version"; a change deletes and rebuilds the device file on the next
+// connection.
+inline constexpr const char* kDeviceDatabaseVersion = "1.1";
+
+enum class VersionAction {
+    None,    // the stored version matches
+    Write,   // no version is stored: insert it
+    Update,  // another version is stored: overwrite it
+};
+
+struct VersionCheck {
+    bool reset = false;  // delete the device file before opening it
+    VersionAction action = VersionAction::None;
+    bool operator==(const VersionCheck&) const = default;
+};
+
+// What to do for the "version" value read from the local settings ("" when
+// missing).
+VersionCheck checkDeviceDatabaseVersion(const QString& storedVersion);
+
+class DeviceSQLite {
+public:
+    // Opens `device` in the database folder; with `reset`, an existing file
+    // is deleted first. Then creates missing tables and seeds a new file.
+    DeviceSQLite(const QString& device, bool reset);
+
+    // Creates the missing tables, each in its own statement, then seeds.
+    void createTable();
+    // Inserts the 34 settings rows, all or none, unless "t_configdata"
+    // already holds any row.
+    void initDBdata();
+    // Inserts the five settings rows of one profile, all or none.
+    void writeConfigInfo(int profile);
+
+    // Full wipe: drops all eight tables and creates and seeds them again, in
+    // one transaction. A failure, also a missing table, leaves the file as it
+    // was and prints "dropTable table failed " and the error.
+    void dropTable();
+    // Deletes the profile's key assignments and sets its light mode and key
+    // locks back to their defaults, in one transaction. "disable_gamemode",
+    // light modes, macros and other profiles stay.
+    void resetProfile(int profile);
+
+    // The value of a setting of one profile; "" when the profile has no such
+    // row or the query fails. Keys are compared exactly, case included.
+    QString getConfigData(int profile, const QString& keyValue) const;
+    // Sets an existing setting; never creates a row. False only when the
+    // statement fails: a missing row changes nothing and answers true.
+    bool updateConfigData(int profile, const QString& keyValue, const QString& newvalue);
+
+    // Empty when opening failed.
+    std::unique_ptr<SQLite::Database> db;
+
+private:
+    // The throwing building blocks of the transactions above.
+    void createAllTables();
+    void seedConfigRows();
+    void insertProfileSettings(int profile);
+    void setConfigValue(int profile, const std::string& key, const std::string& value);
+};

@@ -1,0 +1,256 @@
+#include "Common/DataPaths.h"
+#include "SQLite/DeviceSQLite.h"
+#include "SQLite/StoreSupport.h"
+#include "support/StoreTestSupport.h"
+
+#include <gtest/gtest.h>
+
+#include <QFile>
+#include <QFileInfo>
+
+#include <sys/wait.h>
+#include <unistd.h>
+
+using namespace testing_support;
+using testing::internal::CaptureStdout;
+using testing::internal::GetCapturedStdout;
+
+namespace {
+
+const QString kFile = "orvane_61k_device.sqlite3";
+
+class DeviceStoreTest : public testing::Test {
+protected:
+    TempDataFolder folder;
+    std::string file = folder.databasePath(kFile);
+};
+
+// The settings rows of a new file, written out independently of the store.
+Rows expectedSeedRows()
+{
+    Rows rows{{"currentProfile", "1", "1"}, {"currentUserLightMode", "1", "1"}, {"UserLight1", "1", "0"},
+              {"UserLight2", "1", "0"},     {"UserLight3", "1", "0"},           {"UserLight4", "1", "0"},
+              {"UserLight5", "1", "0"},     {"deviceType", "1", "1"},           {"keyboardColorMode", "1", "1"}};
+    for (const char* p : {"1", "2", "3", "4", "5"})
+        for (const auto& [key, value] : {std::pair{"currentLightMode", "1"}, {"disable_gamemode", "0"},
+                                         {"disable_win", "0"}, {"disable_alttab", "0"}, {"disable_altf4", "0"}})
+            rows.push_back({key, p, value});
+    for (std::size_t i = 0; i < rows.size(); ++i)
+        rows[i].insert(rows[i].begin(), std::to_string(i + 1));
+    return rows;
+}
+
+Rows configRows(SQLite::Database& db)
+{
+    return queryRows(db, R"(SELECT "keyId", "key", "profId", "value" FROM "t_configdata" ORDER BY rowid)");
+}
+
+// Data in every table that a wipe or reset may touch.
+void addUserData(SQLite::Database& db)
+{
+    db.exec(R"(INSERT INTO "t_keyprofile" ("profId", "keyvalue", "macroType", "macroValue", "macro2Value",
+               "macro3Value", "macroDesc") VALUES (1, 4, 12, 1, 0, 0, 'M1'), (2, 5, 1, 7, 0, 0, 'B'))");
+    db.exec(R"(INSERT INTO "t_macro_data" ("play_times", "delay_type", "delay_time", "macro_name")
+               VALUES (1, 0, 10, 'Hello'))");
+    db.exec(R"(INSERT INTO "t_macrorecord" ("macro_id", "record_type", "record_index", "record_desc", "record_value")
+               VALUES (1, 1, 0, 'H', 11))");
+    db.exec(R"(INSERT INTO "t_userlightdata" ("lightName", "speed", "brightness") VALUES ('Mine', 3, 4))");
+    db.exec(R"(INSERT INTO "t_keyrgbdata" ("lightId", "profId", "keyvalue", "rgbvalue") VALUES (1, 1, 4, 16711680))");
+    db.exec(R"(UPDATE "t_configdata" SET "value" = '3' WHERE "key" = 'currentProfile')");
+}
+
+}  // namespace
+
+TEST(DeviceDatabaseRules, OnlyThe68KeyModelHasAFileOfItsOwn)
+{
+    EXPECT_EQ(deviceDatabaseFileName(2), "orvane_68k_device.sqlite3");
+    for (int type : {0, 1, 3, -1})
+        EXPECT_EQ(deviceDatabaseFileName(type), "orvane_61k_device.sqlite3") << type;
+}
+
+TEST(DeviceDatabaseRules, AnyVersionButTheCurrentOneRebuildsTheFile)
+{
+    EXPECT_EQ(checkDeviceDatabaseVersion(""), (VersionCheck{true, VersionAction::Write}));
+    EXPECT_EQ(checkDeviceDatabaseVersion("1.1"), (VersionCheck{false, VersionAction::None}));
+    for (const char* stored : {"1.0", "1.10", " 1.1", "2"})
+        EXPECT_EQ(checkDeviceDatabaseVersion(stored), (VersionCheck{true, VersionAction::Update})) << stored;
+}
+
+TEST_F(DeviceStoreTest, NewFileHasTheEightTablesAndTheSettingsRowsInOrder)
+{
+    DataPaths::setDataFolderOverride(folder.path() + "/not/yet/there");
+    CaptureStdout();
+    DeviceSQLite store("orvane_68k_device.sqlite3", false);
+    EXPECT_EQ(GetCapturedStdout(), "createTable success\ninit: connect success\n");
+    ASSERT_TRUE(store.db);
+    EXPECT_TRUE(QFileInfo::exists(folder.path() + "/not/yet/there/db/orvane_68k_device.sqlite3"));
+
+    // Every column as name:type:notnull:pk, the tables in creation order.
+    std::string bytes;
+    for (int i = 1; i <= 11; ++i)
+        bytes += " byte" + std::to_string(i) + ":INTEGER:1:0";
+    const Rows schema{
+        {"t_profile", "profId:INTEGER:1:1 name:TEXT:0:0"},
+        {"t_configdata", "keyId:INTEGER:1:1 key:TEXT:1:0 profId:INTEGER:1:0 value:TEXT:1:0"},
+        {"t_lightdata",
+         "lightId:INTEGER:1:1 profId:INTEGER:1:0 name:TEXT:0:0 mode:INTEGER:1:0" + bytes + " status:INTEGER:1:0"},
+        {"t_userlightdata", "userlightId:INTEGER:1:1 lightName:TEXT:1:0 speed:INTEGER:1:0 brightness:INTEGER:1:0"},
+        {"t_keyrgbdata",
+         "rgbId:INTEGER:1:1 lightId:INTEGER:1:0 profId:INTEGER:1:0 keyvalue:INTEGER:1:0 rgbvalue:INTEGER:1:0"},
+        {"t_keyprofile",
+         "keyId:INTEGER:1:1 profId:INTEGER:1:0 keyvalue:INTEGER:1:0 macroType:INTEGER:1:0 macroValue:INTEGER:1:0 "
+         "macro2Value:INTEGER:1:0 macro3Value:INTEGER:1:0 macroDesc:TEXT:1:0"},
+        {"t_macro_data",
+         "macro_id:INTEGER:1:1 play_times:INTEGER:1:0 delay_type:INTEGER:1:0 delay_time:INTEGER:1:0 "
+         "macro_name:TEXT:1:0"},
+        {"t_macrorecord",
+         "record_id:INTEGER:1:1 macro_id:INTEGER:1:0 record_type:INTEGER:1:0 record_index:INTEGER:1:0 "
+         "record_desc:TEXT:1:0 record_value:INTEGER:1:0"},
+    };
+    EXPECT_EQ(queryRows(*store.db, R"(SELECT m.name, group_concat(c.name || ':' || c.type || ':' || c."notnull" ||
+                                     ':' || c.pk, ' ') FROM sqlite_master AS m, pragma_table_info(m.name) AS c
+                                     WHERE m.type = 'table' GROUP BY m.name ORDER BY m.rowid)"),
+              schema);
+    for (const auto& table : schema)
+        EXPECT_EQ(countRows(*store.db, table[0]), table[0] == "t_configdata" ? 34 : 0) << table[0];
+    EXPECT_EQ(configRows(*store.db), expectedSeedRows());
+}
+
+TEST_F(DeviceStoreTest, ExistingSettingsRowsAreNeverSeededFurther)
+{
+    { DeviceSQLite first(kFile, false); }
+    DeviceSQLite reopened(kFile, false);
+    EXPECT_EQ(countRows(*reopened.db, "t_configdata"), 34);
+
+    reopened.db->exec(R"(DELETE FROM "t_configdata" WHERE "keyId" <> 20)");
+    DeviceSQLite again(kFile, false);
+    EXPECT_EQ(configRows(*again.db), (Rows{{"20", "currentLightMode", "3", "1"}}));
+}
+
+TEST_F(DeviceStoreTest, ResetDeletesTheFileAndStartsAgain)
+{
+    {
+        DeviceSQLite store(kFile, false);
+        addUserData(*store.db);
+    }
+    EXPECT_EQ(DeviceSQLite(kFile, false).getConfigData(1, "currentProfile"), "3");
+
+    DeviceSQLite rebuilt(kFile, true);
+    EXPECT_EQ(configRows(*rebuilt.db), expectedSeedRows());
+    EXPECT_EQ(countRows(*rebuilt.db, "t_macro_data"), 0);
+}
+
+TEST_F(DeviceStoreTest, UnopenableFolderGivesAUsableStoreWithNeutralAnswers)
+{
+    const QString blocker = folder.path() + "/blocker";
+    QFile(blocker).open(QIODevice::WriteOnly);
+    DataPaths::setDataFolderOverride(blocker);
+
+    CaptureStdout();
+    DeviceSQLite store(kFile, true);
+    EXPECT_EQ(store.getConfigData(1, "currentProfile"), "");
+    EXPECT_TRUE(store.updateConfigData(1, "currentProfile", "2"));
+    store.writeConfigInfo(6);
+    store.resetProfile(1);
+    store.dropTable();
+    const std::string out = GetCapturedStdout();
+    EXPECT_FALSE(store.db);
+    EXPECT_TRUE(out.starts_with("init: connect fail ")) << out;
+    EXPECT_EQ(out.find('\n'), out.size() - 1) << "only the opening reports: " << out;
+}
+
+TEST(StoreOpening, FileUrlOpensAndCreatesTheNamedFile)
+{
+    QTemporaryDir dir;
+    const std::string url = "file://" + dir.path().toStdString() + "/my%20profile.key";
+    StoreSupport::openReadWrite(QString::fromStdString(url))->exec("CREATE TABLE t (a)");
+    EXPECT_TRUE(QFileInfo::exists(dir.path() + "/my profile.key"));
+}
+
+// Seeding runs in one transaction: a process killed half way leaves a file
+// whose next reader sees no settings row, and the next opening seeds it all.
+TEST_F(DeviceStoreTest, KilledSeedingLeavesNoHalfSeededFile)
+{
+    const pid_t child = fork();
+    ASSERT_NE(child, -1);
+    if (child == 0) {
+        StoreSupport::faultHook = [](std::string_view step) {
+            if (step == "device.seed.12")
+                _exit(1);
+        };
+        DeviceSQLite store(kFile, false);
+        _exit(0);
+    }
+    int status = 0;
+    ASSERT_EQ(waitpid(child, &status, 0), child);
+    ASSERT_TRUE(WIFEXITED(status));
+    ASSERT_EQ(WEXITSTATUS(status), 1) << "the child was not stopped during seeding";
+    {
+        SQLite::Database raw(file, SQLite::OPEN_READWRITE);
+        EXPECT_EQ(countRows(raw, "t_configdata"), 0);
+    }
+    DeviceSQLite reopened(kFile, false);
+    EXPECT_EQ(configRows(*reopened.db), expectedSeedRows());
+}
+
+TEST_F(DeviceStoreTest, FailedSeedingIsUndoneAndReported)
+{
+    CaptureStdout();
+    {
+        ScopedFault fault("device.seed.34");
+        DeviceSQLite store(kFile, false);
+        EXPECT_EQ(countRows(*store.db, "t_configdata"), 0);
+    }
+    EXPECT_EQ(GetCapturedStdout(), "insertRow  fail injected\ncreateTable success\ninit: connect success\n");
+}
+
+TEST_F(DeviceStoreTest, WipeLeavesAFreshlySeededFileThatReopensUnchanged)
+{
+    const std::string fresh = [&] {
+        DeviceSQLite other("orvane_68k_device.sqlite3", false);
+        return dumpDatabase(*other.db);
+    }();
+    {
+        DeviceSQLite store(kFile, false);
+        addUserData(*store.db);
+        CaptureStdout();
+        store.dropTable();
+        EXPECT_EQ(GetCapturedStdout(), "dropTable  success\n");
+    }
+    EXPECT_EQ(dumpDatabaseFile(file), fresh);
+
+    CaptureStdout();
+    { DeviceSQLite reopened(kFile, false); }
+    EXPECT_EQ(GetCapturedStdout(), "createTable success\ninit: connect success\n");
+    EXPECT_EQ(dumpDatabaseFile(file), fresh);
+}
+
+TEST_F(DeviceStoreTest, FailedWipeLeavesTheFileAsItWas)
+{
+    DeviceSQLite store(kFile, false);
+    addUserData(*store.db);
+    const std::string before = dumpDatabase(*store.db);
+
+    for (const char* step : {"device.drop.t_keyprofile", "device.recreate", "device.seed.12"}) {
+        ScopedFault fault(step);
+        CaptureStdout();
+        store.dropTable();
+        EXPECT_EQ(GetCapturedStdout(), "dropTable table failed injected\n") << step;
+        EXPECT_EQ(dumpDatabase(*store.db), before) << step;
+    }
+}
+
+// A missing table fails the whole wipe: nothing is dropped, not even the
+// tables listed before it.
+TEST_F(DeviceStoreTest, WipeOfAFileWithoutAProfileTableChangesNothing)
+{
+    DeviceSQLite store(kFile, false);
+    addUserData(*store.db);
+    store.db->exec(R"(DROP TABLE "t_profile")");
+    const std::string before = dumpDatabase(*store.db);
+
+    CaptureStdout();
+    store.dropTable();
+    EXPECT_EQ(GetCapturedStdout(), "dropTable table failed no such table: t_profile\n");
+    EXPECT_EQ(dumpDatabase(*store.db), before);
+}

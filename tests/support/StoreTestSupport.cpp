@@ -1,0 +1,79 @@
+#include "support/StoreTestSupport.h"
+
+#include "Common/DataPaths.h"
+#include "SQLite/StoreSupport.h"
+
+#include <SQLiteCpp/Statement.h>
+
+#include <stdexcept>
+
+namespace testing_support {
+
+TempDataFolder::TempDataFolder()
+{
+    if (!dir_.isValid())
+        throw std::runtime_error("no temporary folder");
+    DataPaths::setDataFolderOverride(dir_.path());
+}
+
+TempDataFolder::~TempDataFolder()
+{
+    DataPaths::setDataFolderOverride({});
+}
+
+std::string TempDataFolder::databasePath(const QString& fileName) const
+{
+    return (DataPaths::databaseFolder() + fileName).toStdString();
+}
+
+ScopedFault::ScopedFault(std::string step)
+{
+    StoreSupport::faultHook = [step = std::move(step)](std::string_view reached) {
+        if (reached == step)
+            throw std::runtime_error("injected");
+    };
+}
+
+ScopedFault::~ScopedFault()
+{
+    StoreSupport::faultHook = {};
+}
+
+Rows queryRows(SQLite::Database& db, const std::string& sql)
+{
+    Rows rows;
+    SQLite::Statement query(db, sql);
+    while (query.executeStep()) {
+        auto& row = rows.emplace_back();
+        for (int i = 0; i < query.getColumnCount(); ++i)
+            row.push_back(query.getColumn(i).isNull() ? "NULL" : query.getColumn(i).getString());
+    }
+    return rows;
+}
+
+long long countRows(SQLite::Database& db, std::string_view table)
+{
+    return db.execAndGet("SELECT count(*) FROM \"" + std::string(table) + "\"").getInt64();
+}
+
+std::string dumpDatabase(SQLite::Database& db)
+{
+    std::string out;
+    for (const auto& table : queryRows(db, "SELECT name, sql FROM sqlite_master WHERE type = 'table' ORDER BY name")) {
+        out += table[1] + "\n";
+        for (const auto& row : queryRows(db, "SELECT * FROM \"" + table[0] + "\" ORDER BY rowid")) {
+            for (const auto& value : row)
+                out += value + "|";
+            out += "\n";
+        }
+    }
+    return out;
+}
+
+std::string dumpDatabaseFile(const std::string& path)
+{
+    SQLite::Database db(path, SQLite::OPEN_READWRITE);
+    return dumpDatabase(db);
+}
+
+}  // namespace testing_support

@@ -1,0 +1,52 @@
+#pragma once
+// Helpers for store tests: a temporary data folder that the application uses
+// for the test's lifetime, a scoped fault in the stores' transactions, and
+// direct reads of a database file that bypass the store under test.
+
+#include <SQLiteCpp/Database.h>
+
+#include <QString>
+#include <QTemporaryDir>
+
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace testing_support {
+
+class TempDataFolder {
+public:
+    TempDataFolder();
+    ~TempDataFolder();
+    TempDataFolder(const TempDataFolder&) = delete;
+    TempDataFolder& operator=(const TempDataFolder&) = delete;
+
+    QString path() const { return dir_.path(); }
+    // The full path of a store file in the database folder.
+    std::string databasePath(const QString& fileName) const;
+
+private:
+    QTemporaryDir dir_;
+};
+
+// While alive, the stores throw std::runtime_error("injected") when they
+// reach `step`.
+class ScopedFault {
+public:
+    explicit ScopedFault(std::string step);
+    ~ScopedFault();
+    ScopedFault(const ScopedFault&) = delete;
+    ScopedFault& operator=(const ScopedFault&) = delete;
+};
+
+using Rows = std::vector<std::vector<std::string>>;
+
+// Every column as text, NULL as "NULL".
+Rows queryRows(SQLite::Database& db, const std::string& sql);
+long long countRows(SQLite::Database& db, std::string_view table);
+// The schema and every row of every table, in a stable order: equal dumps
+// mean equal contents.
+std::string dumpDatabase(SQLite::Database& db);
+std::string dumpDatabaseFile(const std::string& path);
+
+}  // namespace testing_support
