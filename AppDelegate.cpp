@@ -3,6 +3,7 @@
 #include "Common/DataPaths.h"
 #include "HIDDevice/Platform/CompositeHidManager.h"
 #include "HIDDevice/Platform/Virtual/VirtualHidManager.h"
+#include "Simulator/VirtualKeyboard.h"
 #include "View/MainController.h"
 #include "View/MainWindowController.h"
 
@@ -67,7 +68,14 @@ void AppDelegate::applicationDidFinishLaunching()
         QTimer::singleShot(static_cast<int>(*options_.quitAfterSeconds * 1000), this, [this] { quitWithScreenshot(); });
 }
 
-void AppDelegate::plugDemoKeyboard() {}
+void AppDelegate::plugDemoKeyboard()
+{
+    VirtualKeyboard::Options options;
+    options.tracePath = options_.traceFile;
+    demoKeyboard_ = VirtualKeyboard::fromDemoName(options_.demoModel, options);
+    if (demoKeyboard_)
+        VirtualBus::shared()->plug(demoKeyboard_);
+}
 
 void AppDelegate::quitWithScreenshot()
 {

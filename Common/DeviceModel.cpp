@@ -15,9 +15,3 @@ int DeviceModel::keyboardTypeForDeviceType(int deviceType)
     default: return 0;
     }
 }
-
-QString DeviceModel::deviceDatabaseFile(int deviceType)
-{
-    return deviceType == kDeviceType68k ? QStringLiteral("orvane_68k_device.sqlite3")
-                                        : QStringLiteral("orvane_61k_device.sqlite3");
-}

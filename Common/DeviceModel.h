@@ -18,7 +18,4 @@ int deviceTypeForProduct(const QString& product);
 // g_device_type -> keyboardType
 int keyboardTypeForDeviceType(int deviceType);
 
-// The device database of a model: only the 68-key model has its own file.
-QString deviceDatabaseFile(int deviceType);
-
 }  // namespace DeviceModel

@@ -1,4 +1,6 @@
 #include "Common/Globals.h"
 
+#include "SQLite/LocalSQLite.h"
+
 std::atomic<int> g_device_type{1};
-std::atomic<int> G_Language{Language::English};
+std::atomic<int> G_Language{kLanguageEnglish};

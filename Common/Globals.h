@@ -9,8 +9,3 @@ extern std::atomic<int> g_device_type;
 
 // Interface language: 1033 English, 2052 Chinese.
 extern std::atomic<int> G_Language;
-
-namespace Language {
-inline constexpr int English = 1033;
-inline constexpr int Chinese = 2052;
-}  // namespace Language

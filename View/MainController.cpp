@@ -1,6 +1,8 @@
 #include "View/MainController.h"
 
 #include "Common/NotificationCenter.h"
+#include "SQLite/DeviceSQLite.h"
+#include "SQLite/LocalSQLite.h"
 
 #include <QDateTime>
 #include <QPainter>

@@ -25,7 +25,9 @@
 #include <mutex>
 #include <optional>
 
+class DeviceSQLite;
 class ImageButton;
+class LocalSQLite;
 
 class MainController : public QWidget {
     Q_OBJECT
@@ -92,7 +94,9 @@ public:
     int keyboardColorType = 1;
     HIDDeviceMonitor rfDeviceMonitor;
     bool hidDeviceInit = false;
+    std::unique_ptr<DeviceSQLite> deviceDB;
     QString deviceDBfile;
+    std::unique_ptr<LocalSQLite> localDB;
     QString localDBfile;
     bool hidcomm_busy = false;            // mirrors the transport queue
     std::atomic<bool> deviceState = false;

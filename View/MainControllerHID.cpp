@@ -3,7 +3,11 @@
 
 #include "Common/DeviceModel.h"
 #include "Common/Globals.h"
+#include "Protocol/Command.h"
+#include "SQLite/DeviceSQLite.h"
 #include "View/control/ButtonView.h"
+
+#include <iostream>
 
 void MainController::deviceConnected(const QVariant& object)
 {
@@ -61,4 +65,16 @@ void MainController::ConnectDevice()
         return;
     setCurrentDevice(g_device_type);
     initSQLite();
+    if (!deviceDB)
+        return;
+    // The stored profile wins at connection; the poll follows the keyboard
+    // afterwards. A seeded database always holds a number here.
+    bool ok = false;
+    const int stored = deviceDB->getConfigData(1, QStringLiteral("currentProfile")).toInt(&ok);
+    if (!ok || stored < Protocol::kFirstProfile || stored > Protocol::kLastProfile) {
+        std::cout << "currentProfile unreadable, using profile 1" << std::endl;
+        swicthProfile(Protocol::kFirstProfile);
+        return;
+    }
+    swicthProfile(stored);
 }

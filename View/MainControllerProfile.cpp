@@ -2,6 +2,7 @@
 #include "View/MainController.h"
 
 #include "Protocol/UploadSequences.h"
+#include "SQLite/DeviceSQLite.h"
 
 void MainController::getKeyboardProfile()
 {
@@ -31,5 +32,7 @@ void MainController::swicthProfile(int profileId)
 {
     if (!deviceState)
         return;
+    if (deviceDB && deviceDB->db)
+        deviceDB->updateConfigData(1, QStringLiteral("currentProfile"), QString::number(profileId));
     currentProfile = profileId;
 }
