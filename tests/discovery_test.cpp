@@ -1,0 +1,163 @@
+// Finding the keyboard: which interfaces are announced, and how a product
+// string and a system language are read.
+#include "Common/DeviceModel.h"
+#include "Common/NotificationCenter.h"
+#include "HIDDevice/HIDDeviceMonitor.h"
+#include "HIDDevice/Platform/Virtual/VirtualHidManager.h"
+#include "Language/LanguageTag.h"
+#include "Simulator/VirtualKeyboard.h"
+#include "support/RecordingHidDevice.h"
+
+#include <QCoreApplication>
+#include <QElapsedTimer>
+#include <QThread>
+#include <gtest/gtest.h>
+
+#include <mutex>
+
+using namespace testing_support;
+
+namespace {
+
+// A device with one interface of our ids and the given feature size.
+class OneInterfaceDevice : public VirtualUsbDevice {
+public:
+    explicit OneInterfaceDevice(int featureSize, int vendor = 3141, int product = 32774)
+    {
+        iface_->properties = {{"VendorID", vendor}, {"ProductID", product}, {"MaxFeatureReportSize", featureSize},
+                              {"Product", QStringLiteral("ORVANE M61")}, {"LocationID", 7}};
+    }
+    std::vector<std::shared_ptr<HidDeviceHandle>> interfaces() const override { return {iface_}; }
+    void setPlugged(bool) override {}
+
+private:
+    std::shared_ptr<RecordingHidDevice> iface_ = std::make_shared<RecordingHidDevice>();
+};
+
+// Collects the monitor's announcements, which arrive on the monitor thread.
+class Announcements {
+public:
+    Announcements()
+    {
+        auto& center = NotificationCenter::defaultCenter();
+        center.addObserver(HIDNotification::Connected, [this](const QVariant& o) { add("connected", o); }, this);
+        center.addObserver(HIDNotification::Disconnected, [this](const QVariant& o) { add("disconnected", o); }, this);
+    }
+    ~Announcements() { NotificationCenter::defaultCenter().removeObservers(this); }
+
+    std::vector<std::pair<std::string, HIDDevice>> waitFor(std::size_t count, int timeoutMs = 5000)
+    {
+        QElapsedTimer t;
+        t.start();
+        while (t.elapsed() < timeoutMs) {
+            {
+                std::lock_guard lock(mutex_);
+                if (seen_.size() >= count)
+                    break;
+            }
+            QThread::msleep(2);
+        }
+        QThread::msleep(50);  // anything more would arrive now
+        std::lock_guard lock(mutex_);
+        return seen_;
+    }
+
+private:
+    void add(const char* what, const QVariant& object)
+    {
+        HIDDevice device;
+        ASSERT_TRUE(deviceFromNotificationObject(object, device)) << "the object is {\"device\": HIDDevice}";
+        std::lock_guard lock(mutex_);
+        seen_.emplace_back(what, device);
+    }
+    std::mutex mutex_;
+    std::vector<std::pair<std::string, HIDDevice>> seen_;
+};
+
+struct MonitorRig {
+    std::shared_ptr<VirtualBus> bus = std::make_shared<VirtualBus>();
+    HIDDeviceMonitor monitor{{{3141, 32885}, {3141, 32774}}, 64, [bus = bus] { return std::make_unique<VirtualHidManager>(bus); }};
+    HIDMonitorThread thread{monitor};
+    MonitorRig() { thread.start(); }
+    ~MonitorRig()
+    {
+        thread.quit();
+        thread.wait();
+    }
+};
+
+}  // namespace
+
+TEST(Discovery, OfAKeyboardsThreeInterfacesOnlyTheConfigurationOneComesAndGoes)
+{
+    Announcements seen;
+    MonitorRig rig;
+    auto keyboard = std::make_shared<VirtualKeyboard>(VirtualKeyboard::Model::M61);
+    rig.bus->plug(keyboard);
+    auto arrivals = seen.waitFor(1);
+    ASSERT_EQ(arrivals.size(), 1u);
+    EXPECT_EQ(arrivals[0].first, "connected");
+    EXPECT_EQ(arrivals[0].second.featureSize, 64);
+    EXPECT_EQ(arrivals[0].second.name, QStringLiteral("ORVANE M61"));
+    EXPECT_EQ(arrivals[0].second.device, keyboard->interfaceHandle(VirtualKeyboard::Interface::Configuration));
+
+    rig.bus->unplug(keyboard);
+    auto all = seen.waitFor(2);
+    ASSERT_EQ(all.size(), 2u);
+    EXPECT_EQ(all[1].first, "disconnected");
+    EXPECT_TRUE(all[1].second.isSameDevice(arrivals[0].second)) << "properties are read from the departing device";
+}
+
+TEST(Discovery, AKeyboardPresentBeforeTheMonitorStartsIsAnnouncedLikeANewOne)
+{
+    Announcements seen;
+    auto bus = std::make_shared<VirtualBus>();
+    bus->plug(std::make_shared<VirtualKeyboard>(VirtualKeyboard::Model::K68));
+    HIDDeviceMonitor monitor{{{3141, 32885}}, 64, [bus] { return std::make_unique<VirtualHidManager>(bus); }};
+    HIDMonitorThread thread{monitor};
+    thread.start();
+    auto arrivals = seen.waitFor(1);
+    thread.quit();
+    thread.wait();
+    ASSERT_EQ(arrivals.size(), 1u);
+    EXPECT_EQ(arrivals[0].second.name, QStringLiteral("ORVANE K68"));
+}
+
+TEST(Discovery, OnlyA64ByteFeatureReportOfOurIdsQualifies)
+{
+    Announcements seen;
+    MonitorRig rig;
+    rig.bus->plug(std::make_shared<OneInterfaceDevice>(65));
+    rig.bus->plug(std::make_shared<OneInterfaceDevice>(0));
+    rig.bus->plug(std::make_shared<OneInterfaceDevice>(64, 3141, 12345));  // let through by nothing
+    EXPECT_TRUE(seen.waitFor(1, 300).empty());
+
+    // Even a device the matching lets through is rejected by the id test.
+    HIDDeviceMonitor lenient{{{1, 2}}, 64, [] { return std::unique_ptr<HidManager>(); }};
+    auto foreign = std::make_shared<OneInterfaceDevice>(64, 1, 2);
+    EXPECT_TRUE(lenient.rawDeviceAdded(0, nullptr, foreign->interfaces()[0]));
+    auto ours = std::make_shared<OneInterfaceDevice>(64);
+    EXPECT_FALSE(lenient.rawDeviceAdded(0, nullptr, ours->interfaces()[0]));
+    EXPECT_EQ(seen.waitFor(1).size(), 1u);
+}
+
+TEST(DeviceModelRules, OnlyTheTwo61KeyNamesSpeltExactlyAreThe61KeyModel)
+{
+    EXPECT_EQ(DeviceModel::deviceTypeForProduct("ORVANE M61"), 1);
+    EXPECT_EQ(DeviceModel::deviceTypeForProduct("ORVANE W61"), 1);
+    for (const char* other : {"ORVANE M61 ", "orvane m61", "ORVANE K68", "", "ORVANE CNC61"})
+        EXPECT_EQ(DeviceModel::deviceTypeForProduct(other), 2) << other;
+    EXPECT_EQ(DeviceModel::keyboardTypeForDeviceType(0), 2);
+    EXPECT_EQ(DeviceModel::keyboardTypeForDeviceType(1), 1);
+    EXPECT_EQ(DeviceModel::keyboardTypeForDeviceType(2), 0);
+}
+
+TEST(LanguageTagRules, ChineseKeepsItsScriptOtherLanguagesAreLanguageAndRegion)
+{
+    EXPECT_EQ(languageTagFor("zh-CN"), "zh-Hans-CN");
+    EXPECT_EQ(languageTagFor("zh-Hans-CN"), "zh-Hans-CN");
+    EXPECT_EQ(languageTagFor("zh-TW"), "zh-Hant-TW");
+    EXPECT_EQ(languageTagFor("en-US"), "en-US");
+    EXPECT_EQ(languageTagFor("de-DE"), "de-DE");
+    EXPECT_EQ(languageTagFor("C"), "en-US");
+}

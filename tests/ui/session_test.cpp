@@ -1,0 +1,209 @@
+// The session as the user sees it: plug, poll, unplug, replug, another model.
+#include "Common/NotificationCenter.h"
+#include "HIDDevice/Platform/Virtual/VirtualHidManager.h"
+#include "Protocol/UploadSequences.h"
+#include "SQLite/DeviceSQLite.h"
+#include "Simulator/VirtualKeyboard.h"
+#include "View/MainController.h"
+#include "View/control/ButtonView.h"
+#include "support/HexBytes.h"
+#include "support/StoreTestSupport.h"
+
+#include <QApplication>
+#include <QElapsedTimer>
+#include <QFile>
+#include <QThread>
+#include <QTimer>
+#include <gtest/gtest.h>
+
+using namespace testing_support;
+using Model = VirtualKeyboard::Model;
+
+namespace {
+
+bool waitUntil(const std::function<bool()>& condition, int timeoutMs = 5000)
+{
+    QElapsedTimer t;
+    t.start();
+    while (!condition()) {
+        if (t.elapsed() > timeoutMs)
+            return false;
+        QApplication::processEvents(QEventLoop::AllEvents, 5);
+        QThread::msleep(1);
+    }
+    return true;
+}
+
+class Session : public ::testing::Test {
+protected:
+    void SetUp() override
+    {
+        MainController::Environment env;
+        env.hidManagerFactory = [bus = bus] { return std::make_unique<VirtualHidManager>(bus); };
+        controller = std::make_unique<MainController>(env);
+        controller->viewDidLoad();
+        controller->show();
+    }
+
+    void TearDown() override { controller.reset(); }
+
+    std::shared_ptr<VirtualKeyboard> plug(Model model)
+    {
+        auto keyboard = std::make_shared<VirtualKeyboard>(model);
+        bus->plug(keyboard);
+        EXPECT_TRUE(waitUntil([&] { return controller->currentTransport() && !controller->hidcomm_busy; }));
+        return keyboard;
+    }
+
+    void unplug(const std::shared_ptr<VirtualKeyboard>& keyboard)
+    {
+        bus->unplug(keyboard);
+        EXPECT_TRUE(waitUntil([&] { return !controller->connectedDevice() && icon() == "sys_btn_usb_n"; }));
+    }
+
+    void pollAndSettle()
+    {
+        controller->pollKeyboardProfile();
+        ASSERT_TRUE(controller->transport().waitForIdle(std::chrono::seconds(5)));
+    }
+
+    QString icon() const { return controller->imgbtn_usb->cur_normal_name; }
+    QString storedProfile() const { return controller->deviceDB->getConfigData(1, "currentProfile"); }
+
+    TempDataFolder data;
+    std::shared_ptr<VirtualBus> bus = std::make_shared<VirtualBus>();
+    std::unique_ptr<MainController> controller;
+};
+
+}  // namespace
+
+TEST_F(Session, PluggingInLightsTheIconAndOpensTheModelsDatabase)
+{
+    EXPECT_EQ(icon(), "sys_btn_usb_n");
+    EXPECT_FALSE(controller->deviceState);
+    auto keyboard = plug(Model::M61);
+    EXPECT_EQ(icon(), "sys_btn_usb_h");
+    EXPECT_EQ(controller->imgbtn_usb->cur_hover_name, "sys_btn_usb_h");
+    EXPECT_TRUE(controller->deviceState);
+    EXPECT_EQ(controller->deviceDBfile, "orvane_61k_device.sqlite3");
+    EXPECT_EQ(controller->keyboardType, 1);
+    EXPECT_EQ(controller->currentProfile, 1);
+    EXPECT_TRUE(QFile::exists(QString::fromStdString(data.databasePath("orvane_61k_device.sqlite3"))));
+    EXPECT_TRUE(keyboard->protocolErrors().isEmpty()) << keyboard->protocolErrors().join("\n").toStdString();
+}
+
+TEST_F(Session, UnpluggingDropsTheTransportKeepsTheDatabaseAndReplugMakesANewOne)
+{
+    auto keyboard = plug(Model::M61);
+    const auto firstTransport = controller->currentTransport();
+    unplug(keyboard);
+    EXPECT_FALSE(controller->deviceState);
+    EXPECT_FALSE(controller->isSendDevice);
+    EXPECT_EQ(controller->currentTransport(), nullptr);
+    EXPECT_TRUE(firstTransport->isReleased());
+    ASSERT_NE(controller->deviceDB, nullptr) << "the database stays open until the next connection";
+
+    bus->plug(keyboard);
+    ASSERT_TRUE(waitUntil([&] { return controller->currentTransport() != nullptr; }));
+    EXPECT_NE(controller->currentTransport(), firstTransport);
+    EXPECT_EQ(icon(), "sys_btn_usb_h");
+}
+
+TEST_F(Session, ARepeatedArrivalOfTheSameKeyboardChangesNothing)
+{
+    auto keyboard = plug(Model::M61);
+    const auto transport = controller->currentTransport();
+    const auto device = controller->connectedDevice();
+    ASSERT_TRUE(device);
+    NotificationCenter::defaultCenter().post(HIDNotification::Connected, makeDeviceNotificationObject(*device));
+    waitUntil([] { return false; }, 100);
+    EXPECT_EQ(controller->currentTransport(), transport);
+}
+
+TEST_F(Session, A68KeyKeyboardAfterA61KeyOneBringsItsOwnModelAndFile)
+{
+    unplug(plug(Model::M61));
+    plug(Model::K68);
+    EXPECT_EQ(controller->keyboardType, 0);
+    EXPECT_EQ(controller->deviceDBfile, "orvane_68k_device.sqlite3");
+    EXPECT_TRUE(QFile::exists(QString::fromStdString(data.databasePath("orvane_68k_device.sqlite3"))));
+}
+
+TEST_F(Session, TheStoredProfileWinsAtConnectionThenThePollFollowsTheKeyboard)
+{
+    auto keyboard = plug(Model::M61);
+    unplug(keyboard);
+    controller->deviceDB->updateConfigData(1, "currentProfile", "4");
+    bus->plug(keyboard);
+    ASSERT_TRUE(waitUntil([&] { return controller->currentTransport() && !controller->hidcomm_busy; }));
+    EXPECT_EQ(controller->currentProfile, 4);
+
+    keyboard->setActiveProfile(2);
+    pollAndSettle();
+    EXPECT_EQ(controller->currentProfile, 2);
+    EXPECT_EQ(storedProfile(), "2");
+
+    keyboard->setActiveProfile(5);
+    pollAndSettle();
+    EXPECT_EQ(controller->currentProfile, 5) << "profile 5 is reached only through the keyboard";
+}
+
+TEST_F(Session, APollOnTheActiveProfileCostsTwoReportsAndStoresNothing)
+{
+    auto keyboard = plug(Model::M61);
+    const int setsBefore = keyboard->setCount();
+    const int getsBefore = keyboard->getCount();
+    controller->deviceDB->updateConfigData(1, "currentProfile", "marker");
+    pollAndSettle();
+    EXPECT_EQ(keyboard->setCount() - setsBefore, 2);
+    EXPECT_EQ(keyboard->getCount() - getsBefore, 2);
+    EXPECT_EQ(storedProfile(), "marker");
+    const auto trace = keyboard->recentTrace();
+    ASSERT_GE(trace.size(), 4u);
+    const auto& lastSet = trace[trace.size() - 2];
+    EXPECT_EQ(hexFromBytes({lastSet.data.begin(), lastSet.data.end()}), hexFromBytes(report({0x04, 0x02})));
+}
+
+TEST_F(Session, APollWithoutAReplyDoesNotMoveToAProfileTheKeyboardNeverNamed)
+{
+    auto keyboard = plug(Model::M61);
+    keyboard->setActiveProfile(3);
+    pollAndSettle();
+    ASSERT_EQ(controller->currentProfile, 3);
+    keyboard->setPlugged(false);  // transfers fail; no removal was announced
+    pollAndSettle();
+    EXPECT_EQ(controller->currentProfile, 3);
+    EXPECT_EQ(storedProfile(), "3");
+}
+
+TEST_F(Session, ATwoSecondUploadLeavesTheWindowFreeAndPollTicksMeanwhileAreSkipped)
+{
+    auto keyboard = plug(Model::M61);
+    keyboard->setActiveProfile(4);
+    const int statusPollsBefore = keyboard->firmware().commandCount(Protocol::Command::ReadStatus);
+
+    // Fourteen key table uploads at the keyboard's pace: over two seconds.
+    UploadSequences::NineReports table{};
+    table[574] = 0xAA;
+    table[575] = 0x55;
+    testing::internal::CaptureStdout();
+    for (int i = 0; i < 14; ++i)
+        controller->submitSequence(UploadSequences::keyTable(1, table));
+    int ticksWhileBusy = 0;
+    QTimer ticker;
+    QObject::connect(&ticker, &QTimer::timeout, [&] {
+        if (controller->hidcomm_busy) {
+            ++ticksWhileBusy;
+            controller->pollKeyboardProfile();
+        }
+    });
+    ticker.start(50);
+    const bool settled = waitUntil([&] { return !controller->hidcomm_busy; }, 10000);
+    testing::internal::GetCapturedStdout();
+    ASSERT_TRUE(settled);
+    EXPECT_GT(ticksWhileBusy, 10) << "the event loop kept turning during the upload";
+    EXPECT_EQ(keyboard->firmware().commandCount(Protocol::Command::ReadStatus), statusPollsBefore)
+        << "no status poll went out while the upload ran";
+    EXPECT_EQ(controller->currentProfile, 1);
+    EXPECT_TRUE(keyboard->protocolErrors().isEmpty()) << keyboard->protocolErrors().join("\n").toStdString();
+}
