@@ -28,6 +28,7 @@ void MainController::InitUI()
     imgbtn_usb->setObjectName(QStringLiteral("imgbtn_usb"));
     imgbtn_usb->setGeometry(flippedRect(kWindowHeight, 1020, 682, 28, 28));
     imgbtn_usb->initControl(QStringLiteral("sys_btn_usb_n"), QStringLiteral("sys_btn_usb_n"));
+    imgbtn_usb->setToolTip(tr("No keyboard connected"));
 
     label_problem = new QLabel(this);
     label_problem->setObjectName(QStringLiteral("label_problem"));
