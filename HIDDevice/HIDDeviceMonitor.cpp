@@ -11,7 +11,9 @@ HIDDeviceMonitor::~HIDDeviceMonitor() = default;
 
 void HIDDeviceMonitor::start()
 {
-    manager_ = factory_();
+    manager_ = factory_ ? factory_() : nullptr;
+    if (!manager_)
+        return;  // no platform to watch: the monitor stays silent
     std::vector<HidMatch> matches;
     for (const HIDMonitorData& d : vp)
         matches.push_back({d.vendorId, d.productId});

@@ -88,6 +88,19 @@ ReportSequence userLightColors(int slot, const NineReports& colors)
     return seq;
 }
 
+std::vector<ReportSequence> userLightSave(int slot, const NineReports& colors, int profile, const Report& modeBlock)
+{
+    return {userLightColors(slot, colors), lightMode(profile, modeBlock)};
+}
+
+std::vector<ReportSequence> userLightReset(const NineReports& blankColors)
+{
+    std::vector<ReportSequence> sequences;
+    for (int slot = 1; slot <= kUserLightSlots; ++slot)
+        sequences.push_back(userLightColors(slot, blankColors));
+    return sequences;
+}
+
 ReportSequence systemSettings(int profile, const Report& block)
 {
     ReportSequence seq{"system settings " + std::to_string(profile), {}};

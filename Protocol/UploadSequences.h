@@ -27,6 +27,14 @@ ReportSequence lightMode(int profile, const Report& block);
 // 0x18; 0x23 (128 + slot, 9); run of 9; 0x02; 0xF0 on a cleared frame.
 ReportSequence userLightColors(int slot, const NineReports& colors);
 
+// Saving a user light slot: its colours, then, as a sequence of its own, the
+// light mode that shows the slot (on the profile in use).
+std::vector<ReportSequence> userLightSave(int slot, const NineReports& colors, int profile, const Report& modeBlock);
+
+// Blanking every custom slot: one colour sequence per slot, slots 1 to 6.
+inline constexpr int kUserLightSlots = 6;
+std::vector<ReportSequence> userLightReset(const NineReports& blankColors);
+
 // 0x18; 0x17 (profile, 1); the block as a single report; 0x02 on a cleared frame.
 ReportSequence systemSettings(int profile, const Report& block);
 

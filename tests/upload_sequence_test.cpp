@@ -11,15 +11,18 @@ using namespace std::chrono_literals;
 
 namespace {
 
-// Plays one sequence through the real transport onto a recording device.
-std::vector<std::string> wire(const ReportSequence& sequence)
+// Plays sequences through the real transport onto a recording device.
+std::vector<std::string> wire(const std::vector<ReportSequence>& sequences)
 {
     auto device = std::make_shared<RecordingHidDevice>();
+    auto comm = std::make_shared<DeviceComm>(device, [](std::chrono::milliseconds) {});
     TransportQueue queue;
-    queue.submit(std::make_shared<DeviceComm>(device, [](std::chrono::milliseconds) {}), sequence);
+    for (const auto& sequence : sequences)
+        queue.submit(comm, sequence);
     EXPECT_TRUE(queue.waitForIdle(5s));
     return device->sets();
 }
+std::vector<std::string> wire(const ReportSequence& sequence) { return wire(std::vector{sequence}); }
 
 std::string frame(std::initializer_list<uint8_t> leading) { return hexFromBytes(report(leading)); }
 
@@ -109,4 +112,43 @@ TEST(UploadWire, MacroStoreHasItsOwnOpeningCountAndPauses)
 TEST(UploadWire, StatusPollAsksAndCloses)
 {
     EXPECT_EQ(wire(UploadSequences::statusPoll()), (std::vector<std::string>{frame({0x04, 0x30}), frame({0x04, 0x02})}));
+}
+
+TEST(UploadWire, SavingAUserLightSlotSendsItsColoursThenTheModeOnTheProfileInUse)
+{
+    const auto colors = numberedBlock<576>(4);
+    std::array<uint8_t, 64> mode{};
+    mode[0] = 0x21;
+    mode[14] = 0xAA;
+    mode[15] = 0x55;
+    const auto sequences = UploadSequences::userLightSave(2, colors, 3, mode);
+    ASSERT_EQ(sequences.size(), 2u) << "the transport is free between the two";
+    testing::internal::CaptureStdout();
+    const auto sets = wire(sequences);
+    testing::internal::GetCapturedStdout();
+    ASSERT_EQ(sets.size(), 13u + 5u);
+    EXPECT_EQ(sets[1], frame({0x04, 0x23, 0x82, 0, 0, 0, 0, 0, 0x09}));
+    EXPECT_EQ(sets[12], frame({0x04, 0xF0}));
+    EXPECT_EQ(sets[14], frame({0x04, 0x13, 0x03, 0, 0, 0, 0, 0, 0x01}));
+    EXPECT_EQ(sets[15], reportOf(mode, 0));
+    EXPECT_EQ(sets[17], frame({0x04, 0xF0, 0x03}));
+}
+
+TEST(UploadWire, BlankingTheUserLightsSendsSixCompleteSequencesForTargets129To134)
+{
+    const auto blank = numberedBlock<576>(0);
+    const auto sequences = UploadSequences::userLightReset(blank);
+    ASSERT_EQ(sequences.size(), 6u);
+    testing::internal::CaptureStdout();
+    const auto sets = wire(sequences);
+    testing::internal::GetCapturedStdout();
+    ASSERT_EQ(sets.size(), 6u * 13);
+    for (int slot = 1; slot <= 6; ++slot) {
+        const std::size_t at = (slot - 1) * 13;
+        EXPECT_EQ(sets[at], frame({0x04, 0x18}));
+        EXPECT_EQ(sets[at + 1], frame({0x04, 0x23, static_cast<uint8_t>(128 + slot), 0, 0, 0, 0, 0, 0x09}));
+        EXPECT_EQ(sets[at + 10], reportOf(blank, 8));
+        EXPECT_EQ(sets[at + 11], frame({0x04, 0x02}));
+        EXPECT_EQ(sets[at + 12], frame({0x04, 0xF0}));
+    }
 }

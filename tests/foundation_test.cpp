@@ -1,0 +1,86 @@
+// Small shared pieces: notifications, HID properties, the command line.
+#include "Common/AppOptions.h"
+#include "Common/NotificationCenter.h"
+#include "HIDDevice/HIDDevice.h"
+#include "support/RecordingHidDevice.h"
+
+#include <gtest/gtest.h>
+
+#include <thread>
+
+TEST(NotificationCenter, DeliversSynchronouslyOnThePostingThreadInOrderOfSubscription)
+{
+    NotificationCenter center;
+    std::vector<std::string> calls;
+    std::thread::id seenOn;
+    int owner = 0;
+    center.addObserver("ping", [&](const QVariant& o) { calls.push_back("a" + o.toString().toStdString()); }, &owner);
+    center.addObserver("ping", [&](const QVariant&) {
+        calls.push_back("b");
+        seenOn = std::this_thread::get_id();
+    });
+    center.addObserver("other", [&](const QVariant&) { calls.push_back("x"); });
+    std::thread poster([&] { center.post("ping", QStringLiteral("1")); });
+    poster.join();
+    EXPECT_EQ(calls, (std::vector<std::string>{"a1", "b"}));
+    EXPECT_NE(seenOn, std::this_thread::get_id());
+
+    center.removeObservers(&owner);
+    calls.clear();
+    center.post("ping");
+    EXPECT_EQ(calls, (std::vector<std::string>{"b"}));
+}
+
+TEST(NotificationCenter, AHandlerMayUnsubscribeWhileItIsBeingCalled)
+{
+    NotificationCenter center;
+    int count = 0;
+    NotificationCenter::Token token = 0;
+    token = center.addObserver("once", [&](const QVariant&) {
+        ++count;
+        center.removeObserver(token);
+    });
+    center.post("once");
+    center.post("once");
+    EXPECT_EQ(count, 1);
+}
+
+TEST(HIDDeviceProperties, MissingOrMistypedPropertiesReadAsZeroOrEmpty)
+{
+    auto handle = std::make_shared<testing_support::RecordingHidDevice>();
+    handle->properties = {{"VendorID", 3141}, {"ProductID", QStringLiteral("32885")}, {"MaxFeatureReportSize", 64},
+                          {"Product", 42}, {"LocationID", qlonglong(0x14100000)}};
+    const HIDDevice device(handle);
+    EXPECT_EQ(device.vendorId, 3141);
+    EXPECT_EQ(device.productId, 0) << "a string is not a number";
+    EXPECT_EQ(device.featureSize, 64);
+    EXPECT_EQ(device.reportSize, 0);
+    EXPECT_EQ(device.id, 0x14100000);
+    EXPECT_EQ(device.name, QString()) << "a number is not a name";
+
+    HIDDevice out;
+    EXPECT_FALSE(deviceFromNotificationObject(QVariantMap{{"device", 1}}, out));
+    EXPECT_FALSE(deviceFromNotificationObject(QStringLiteral("device"), out));
+    EXPECT_TRUE(deviceFromNotificationObject(makeDeviceNotificationObject(device), out));
+    EXPECT_TRUE(out.isSameDevice(device));
+}
+
+TEST(AppOptionsParsing, AcceptsTheDocumentedOptionsAndExplainsBadOnes)
+{
+    QString error;
+    const auto ok = parseAppOptions({"orvane", "--demo", "K68", "--trace", "t.jsonl", "--data-dir", "d", "--quit-after",
+                                     "2.5", "--screenshot", "s.png"},
+                                    error);
+    ASSERT_TRUE(ok) << error.toStdString();
+    EXPECT_EQ(ok->demoModel, "k68");
+    EXPECT_EQ(ok->traceFile, "t.jsonl");
+    EXPECT_EQ(ok->dataDir, "d");
+    EXPECT_EQ(ok->quitAfterSeconds, 2.5);
+    EXPECT_EQ(ok->screenshotFile, "s.png");
+
+    EXPECT_FALSE(parseAppOptions({"orvane", "--demo", "x99"}, error));
+    EXPECT_TRUE(error.contains("m61, w61 or k68"));
+    EXPECT_FALSE(parseAppOptions({"orvane", "--quit-after", "soon"}, error));
+    EXPECT_TRUE(error.contains("soon"));
+    EXPECT_FALSE(parseAppOptions({"orvane", "--bogus"}, error));
+}
