@@ -4,6 +4,9 @@
 //
 //   orvane_hil_host             run against the device, print what came back
 //   orvane_hil_host --expected  print the wire traffic the run must cause
+//   orvane_hil_host --as-uid N  run as an unprivileged user without our udev
+//                               rule: expect one permission message and no
+//                               traffic
 //
 // Output lines (both modes where they apply):
 //   WIRE SET <value> <index> <hex>   a feature report SET the device must see
@@ -21,8 +24,11 @@
 #include <QTimer>
 
 #include <cstdio>
+#include <cstdlib>
 #include <cstring>
+#include <grp.h>
 #include <string>
+#include <unistd.h>
 #include <thread>
 #include <vector>
 
@@ -115,6 +121,18 @@ void runConversation(const std::shared_ptr<HidDeviceHandle>& handle)
     poll();
 }
 
+// Without access every step must fail cleanly, and nothing reach the device.
+void runWithoutAccess(const std::shared_ptr<HidDeviceHandle>& handle)
+{
+    const Script s;
+    DeviceComm comm(handle);
+    Bytes status = s.poll;
+    check(!comm.getDeviceData(status), "status poll refused without access");
+    handle->beginSequence(true);
+    check(!comm.sendDeviceData(s.beginUpload), "upload refused without access");
+    handle->endSequence();
+}
+
 }  // namespace
 
 int main(int argc, char** argv)
@@ -123,12 +141,20 @@ int main(int argc, char** argv)
         printExpected();
         return 0;
     }
+    const bool withoutAccess = argc > 2 && std::strcmp(argv[1], "--as-uid") == 0;
+    if (withoutAccess) {
+        const auto uid = static_cast<uid_t>(std::atoi(argv[2]));
+        if (setgroups(0, nullptr) != 0 || setgid(uid) != 0 || setuid(uid) != 0) {
+            std::perror("dropping privileges");
+            return 1;
+        }
+    }
     QCoreApplication app(argc, argv);
     std::unique_ptr<HidManager> manager = createPlatformHidManager();
     manager->setDeviceMatching({{OrvaneUsb::kVendorId, OrvaneUsb::kProductIdPrimary},
                                 {OrvaneUsb::kVendorId, OrvaneUsb::kProductIdSecondary}});
 
-    int arrivals = 0, removals = 0;
+    int arrivals = 0, removals = 0, problems = 0;
     std::shared_ptr<HidDeviceHandle> config;
     std::thread transport;
     manager->registerDeviceMatchingCallback([&](const std::shared_ptr<HidDeviceHandle>& handle) {
@@ -140,8 +166,11 @@ int main(int argc, char** argv)
             return;
         config = handle;
         check(device.name == "ORVANE M61", "product string from the USB device");
-        transport = std::thread([&app, handle] {
-            runConversation(handle);
+        transport = std::thread([&app, handle, withoutAccess] {
+            if (withoutAccess)
+                runWithoutAccess(handle);
+            else
+                runConversation(handle);
             // Give the monitor time to hear of our own driver detach and
             // re-attach, so that any callback they wrongly cause shows below.
             QMetaObject::invokeMethod(&app, [] { QTimer::singleShot(1000, qApp, &QCoreApplication::quit); },
@@ -149,7 +178,13 @@ int main(int argc, char** argv)
         });
     });
     manager->registerDeviceRemovalCallback([&](const std::shared_ptr<HidDeviceHandle>&) { ++removals; });
-    manager->registerProblemCallback([](const QString& m) { std::printf("PROBLEM %s\n", m.toUtf8().constData()); });
+    manager->registerProblemCallback([&](const QString& m) {
+        ++problems;
+        std::printf("PROBLEM %s\n", QString(m).replace('\n', ' ').toUtf8().constData());
+        check(m.contains("sudo cp packaging/70-orvane.rules /etc/udev/rules.d/ && sudo udevadm control --reload"
+                         " && sudo udevadm trigger"),
+              "permission message gives the command that installs the rule");
+    });
     check(manager->open(), "manager opened");
     QTimer::singleShot(30000, &app, [&] {
         check(false, "keyboard found in time");
@@ -161,6 +196,7 @@ int main(int argc, char** argv)
     check(config != nullptr, "configuration interface found");
     check(arrivals == 2, "two interfaces arrived, once each (" + std::to_string(arrivals) + ")");
     check(removals == 0, "no removal from our own detach and re-attach (" + std::to_string(removals) + ")");
+    check(problems == (withoutAccess ? 1 : 0), "permission messages: " + std::to_string(problems));
     std::printf("HOST %s\n", failures ? "FAIL" : "PASS");
     return failures ? 1 : 0;
 }
