@@ -155,7 +155,7 @@ int LinuxHidDevice::setFeatureReport(uint8_t reportId, std::span<const uint8_t> 
         return HidResult::NotResponding;
 
     if (dataSequence_)
-        return usbfsSet(reportId, data, claim_);
+        return claim_.held() ? usbfsSet(reportId, data, claim_) : claimResult_;
 
     if (data[0] != reportId) {
         // A data report outside a bracketed sequence: hidraw would send it
@@ -197,6 +197,8 @@ int LinuxHidDevice::getFeatureReport(uint8_t reportId, std::span<uint8_t> buffer
     std::vector<uint8_t> reply(wanted, 0);
     std::size_t received = 0;
     if (dataSequence_) {
+        if (!claim_.held())
+            return claimResult_;
         const int result = claim_.control(getFeatureReportSetup(reportId, info_.interfaceNumber, wanted),
                                           reply.data(), received);
         if (result != HidResult::Success)
@@ -231,6 +233,7 @@ void LinuxHidDevice::beginSequence(bool carriesDataReports)
     closeHidraw();  // the node goes away with the driver
     const int result = claim_.acquire(usbfsNode(devRoot_, info_.busNumber, info_.deviceAddress),
                                       info_.interfaceNumber);
+    claimResult_ = result;
     if (result == HidResult::NoPermission && notice_) {
         notice_->report(QString::fromStdString(info_.product.value_or(std::string())),
                         usbfsNode(devRoot_, info_.busNumber, info_.deviceAddress).string());

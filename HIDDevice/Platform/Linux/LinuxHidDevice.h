@@ -75,4 +75,5 @@ private:
     std::string hidrawFdName_;
     UsbfsInterfaceClaim claim_;
     bool dataSequence_ = false;
+    int claimResult_ = HidResult::Success;  // why this sequence has no usbfs claim
 };
