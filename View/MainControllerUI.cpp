@@ -36,7 +36,6 @@ void MainController::InitUI()
     label_problem->setTextInteractionFlags(Qt::TextSelectableByMouse);
     label_problem->setStyleSheet(QStringLiteral(
         "QLabel { background: #fff4e5; color: #3d2a00; border: 1px solid #f0c36d; border-radius: 6px; padding: 8px 12px; }"));
-    label_problem->setGeometry(flippedRect(kWindowHeight, 24, 16, kWindowWidth - 48, 64));
     label_problem->hide();
 }
 
@@ -56,6 +55,10 @@ void MainController::showProblem(const QString& message)
         return;
     problemShown_ = true;
     label_problem->setText(message);
+    // As tall as the text needs, along the bottom edge of the window.
+    const int w = kWindowWidth - 48;
+    const int h = label_problem->heightForWidth(w);
+    label_problem->setGeometry(flippedRect(kWindowHeight, 24, 16, w, h));
     label_problem->show();
     label_problem->raise();
 }

@@ -26,3 +26,38 @@ TEST(Window, IsAFramelessWindowOf1160By720WhoseCloseButtonClosesIt)
     QTest::mouseClick(controller->imgbtn_close, Qt::LeftButton);
     EXPECT_FALSE(windowController.window()->isVisible());
 }
+
+namespace {
+// A platform that cannot open the keyboard it found, and says so twice.
+class RefusingManager : public HidManager {
+public:
+    void setDeviceMatching(std::vector<HidMatch>) override {}
+    void registerDeviceMatchingCallback(DeviceCallback) override {}
+    void registerDeviceRemovalCallback(DeviceCallback) override {}
+    void registerProblemCallback(ProblemCallback callback) override { problem_ = std::move(callback); }
+    bool open() override
+    {
+        problem_("No permission to open /dev/hidraw3. Install the udev rule.");
+        problem_("No permission to open /dev/hidraw4. Install the udev rule.");
+        return true;
+    }
+
+private:
+    ProblemCallback problem_;
+};
+}  // namespace
+
+TEST(Window, APermissionProblemIsShownOnceInPlainWords)
+{
+    testing_support::TempDataFolder data;
+    MainController controller(MainController::Environment{[] { return std::make_unique<RefusingManager>(); }, {}});
+    controller.viewDidLoad();
+    controller.show();
+    for (int i = 0; i < 50 && !controller.label_problem->isVisible(); ++i) {
+        QApplication::processEvents(QEventLoop::AllEvents, 10);
+        QTest::qWait(10);
+    }
+    QTest::qWait(50);
+    ASSERT_TRUE(controller.label_problem->isVisible());
+    EXPECT_EQ(controller.label_problem->text(), "No permission to open /dev/hidraw3. Install the udev rule.");
+}
