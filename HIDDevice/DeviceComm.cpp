@@ -117,30 +117,29 @@ bool DeviceComm::exchange(const std::vector<uint8_t>& request, std::vector<uint8
     return readStatus == HidResult::Success;
 }
 
-bool DeviceComm::sendDeviceData(const std::vector<uint8_t>& data)
+bool DeviceComm::runExchange(const std::vector<uint8_t>& request, std::vector<uint8_t>* replyTarget)
 {
-    if (deviceStatus_ == 0 || data.size() < Protocol::kReportSize)
+    if (deviceStatus_ == 0 || request.size() < Protocol::kReportSize)
         return false;
     isBusy_ = true;
     std::vector<uint8_t> reply;
     bool setFailed = false;
-    const bool ok = exchange(data, reply, setFailed);
+    const bool ok = exchange(request, reply, setFailed);
+    // After a failed set the caller's buffer keeps its request.
+    if (replyTarget && !setFailed)
+        std::copy_n(reply.begin(), Protocol::kReportSize, replyTarget->begin());
     isBusy_ = false;
     return ok;
 }
 
+bool DeviceComm::sendDeviceData(const std::vector<uint8_t>& data)
+{
+    return runExchange(data, nullptr);
+}
+
 bool DeviceComm::getDeviceData(std::vector<uint8_t>& data)
 {
-    if (deviceStatus_ == 0 || data.size() < Protocol::kReportSize)
-        return false;
-    isBusy_ = true;
-    std::vector<uint8_t> reply;
-    bool setFailed = false;
-    const bool ok = exchange(data, reply, setFailed);
-    if (!setFailed)
-        std::copy_n(reply.begin(), Protocol::kReportSize, data.begin());
-    isBusy_ = false;
-    return ok;
+    return runExchange(data, &data);
 }
 
 bool DeviceComm::sendDeviceData(const std::vector<uint8_t>& data, int length)

@@ -52,6 +52,8 @@ private:
     // Returns the read status; `reply` holds the last reply, or is untouched
     // when a set failed (then `setFailed` is true).
     bool exchange(const std::vector<uint8_t>& request, std::vector<uint8_t>& reply, bool& setFailed);
+    // One exchange; the reply goes to `replyTarget` when one is given.
+    bool runExchange(const std::vector<uint8_t>& request, std::vector<uint8_t>* replyTarget);
     int setReport(const uint8_t* bytes, std::size_t length);
     int getReport(std::vector<uint8_t>& buffer, std::size_t& length);
 

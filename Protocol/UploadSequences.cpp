@@ -28,6 +28,21 @@ ReportStep nineReportRun(const NineReports& data, std::size_t bufferSize, std::s
     return ReportStep::run(std::move(buffer), static_cast<int>(runLength));
 }
 
+// The opening every upload but the macro store shares: 0x18, then the header
+// announcing `count` data reports for `target`. The frame stays set for the
+// closing frames.
+ReportSequence opening(std::string name, CommandFrame& frame, Command header, int target, std::size_t count)
+{
+    ReportSequence seq{std::move(name), {}};
+    frame = CommandFrame(Command::BeginUpload);
+    seq.steps.push_back(ReportStep::single(frame));
+    frame.setCommand(header);
+    frame.setTarget(byteOf(target));
+    frame.setDataCount(static_cast<uint8_t>(count));
+    seq.steps.push_back(ReportStep::single(frame));
+    return seq;
+}
+
 }  // namespace
 
 std::vector<uint8_t> frameBytes(Command command, uint8_t target, uint8_t count)
@@ -38,13 +53,9 @@ std::vector<uint8_t> frameBytes(Command command, uint8_t target, uint8_t count)
 
 ReportSequence keyTable(int profile, const NineReports& table)
 {
-    ReportSequence seq{"key table " + std::to_string(profile), {}};
     CommandFrame frame(Command::BeginUpload);
-    seq.steps.push_back(ReportStep::single(frame));
-    frame.setCommand(Command::KeyTable);
-    frame.setTarget(byteOf(profile));
-    frame.setDataCount(Protocol::kKeyTableReports);
-    seq.steps.push_back(ReportStep::single(frame));
+    ReportSequence seq = opening("key table " + std::to_string(profile), frame, Command::KeyTable, profile,
+                                 Protocol::kKeyTableReports);
     seq.steps.push_back(nineReportRun(table, Protocol::kKeyTableBufferSize, Protocol::kKeyTableRunLength));
     frame.setCommand(Command::EndUpload);
     frame.setDataCount(0);
@@ -54,13 +65,8 @@ ReportSequence keyTable(int profile, const NineReports& table)
 
 ReportSequence lightMode(int profile, const Report& block)
 {
-    ReportSequence seq{"light mode " + std::to_string(profile), {}};
     CommandFrame frame(Command::BeginUpload);
-    seq.steps.push_back(ReportStep::single(frame));
-    frame.setCommand(Command::LightMode);
-    frame.setTarget(byteOf(profile));
-    frame.setDataCount(1);
-    seq.steps.push_back(ReportStep::single(frame));
+    ReportSequence seq = opening("light mode " + std::to_string(profile), frame, Command::LightMode, profile, 1);
     seq.steps.push_back(singleReport(block));
     frame.setCommand(Command::EndUpload);
     frame.setDataCount(0);
@@ -72,13 +78,9 @@ ReportSequence lightMode(int profile, const Report& block)
 
 ReportSequence userLightColors(int slot, const NineReports& colors)
 {
-    ReportSequence seq{"user light slot " + std::to_string(slot), {}};
     CommandFrame frame(Command::BeginUpload);
-    seq.steps.push_back(ReportStep::single(frame));
-    frame.setCommand(Command::UserLightData);
-    frame.setTarget(byteOf(Protocol::kUserLightTargetBase + slot));
-    frame.setDataCount(Protocol::kUserLightReports);
-    seq.steps.push_back(ReportStep::single(frame));
+    ReportSequence seq = opening("user light slot " + std::to_string(slot), frame, Command::UserLightData,
+                                 Protocol::kUserLightTargetBase + slot, Protocol::kUserLightReports);
     seq.steps.push_back(nineReportRun(colors, Protocol::kUserLightBufferSize, Protocol::kUserLightRunLength));
     frame.clear();
     frame.setCommand(Command::EndUpload);
@@ -103,13 +105,8 @@ std::vector<ReportSequence> userLightReset(const NineReports& blankColors)
 
 ReportSequence systemSettings(int profile, const Report& block)
 {
-    ReportSequence seq{"system settings " + std::to_string(profile), {}};
     CommandFrame frame(Command::BeginUpload);
-    seq.steps.push_back(ReportStep::single(frame));
-    frame.setCommand(Command::SystemSet);
-    frame.setTarget(byteOf(profile));
-    frame.setDataCount(1);
-    seq.steps.push_back(ReportStep::single(frame));
+    ReportSequence seq = opening("system settings " + std::to_string(profile), frame, Command::SystemSet, profile, 1);
     seq.steps.push_back(singleReport(block));
     frame.clear();
     frame.setCommand(Command::EndUpload);
