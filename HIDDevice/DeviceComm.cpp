@@ -1,5 +1,6 @@
 #include "HIDDevice/DeviceComm.h"
 
+#include "Common/Hex.h"
 #include "Protocol/Command.h"
 
 #include <QString>
@@ -10,20 +11,6 @@
 #include <thread>
 
 namespace {
-
-std::string hex(const uint8_t* bytes, std::size_t length)
-{
-    static const char digits[] = "0123456789abcdef";
-    std::string out;
-    out.reserve(length * 3);
-    for (std::size_t i = 0; i < length; ++i) {
-        if (i)
-            out += ' ';
-        out += digits[bytes[i] >> 4];
-        out += digits[bytes[i] & 0xF];
-    }
-    return out;
-}
 
 std::string arrayNotation(const uint8_t* bytes, std::size_t length)
 {
@@ -71,7 +58,7 @@ int DeviceComm::setReport(const uint8_t* bytes, std::size_t length)
         return HidResult::NotResponding;
     const int status = device_->setFeatureReport(Protocol::kReportId, {bytes, length});
     if (hexDumpEnabled())
-        std::cerr << "hid set  [" << status << "] " << hex(bytes, length) << std::endl;
+        std::cerr << "hid set  [" << status << "] " << hexString({bytes, length}, true) << std::endl;
     return status;
 }
 
@@ -81,7 +68,7 @@ int DeviceComm::getReport(std::vector<uint8_t>& buffer, std::size_t& length)
         return HidResult::NotResponding;
     const int status = device_->getFeatureReport(Protocol::kReportId, {buffer.data(), length}, length);
     if (hexDumpEnabled())
-        std::cerr << "hid get  [" << status << "] " << hex(buffer.data(), length) << std::endl;
+        std::cerr << "hid get  [" << status << "] " << hexString({buffer.data(), length}, true) << std::endl;
     return status;
 }
 

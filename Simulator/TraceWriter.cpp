@@ -1,19 +1,14 @@
 #include "Simulator/TraceWriter.h"
 
+#include "Common/Hex.h"
+
 #include <cstdio>
 
 std::string traceLine(const TraceRecord& record)
 {
-    static const char digits[] = "0123456789abcdef";
-    std::string hex;
-    hex.reserve(record.data.size() * 2);
-    for (uint8_t b : record.data) {
-        hex += digits[b >> 4];
-        hex += digits[b & 0xF];
-    }
     return "{\"t\": " + secondsSinceStart(record.t).toStdString() + ", \"op\": \""
         + (record.op == TraceRecord::Op::Set ? "set" : "get") + "\", \"report\": "
-        + std::to_string(record.reportId) + ", \"data\": \"" + hex + "\"}";
+        + std::to_string(record.reportId) + ", \"data\": \"" + hexString(record.data) + "\"}";
 }
 
 TraceWriter::TraceWriter(const QString& path, std::size_t memory) : memory_(memory)

@@ -14,6 +14,7 @@
 //   REPLY <hex>                      a status reply as getDeviceData returned it
 //   CHECK ok|FAIL <what>             an observation of the run
 
+#include "Common/Hex.h"
 #include "HIDDevice/DeviceComm.h"
 #include "HIDDevice/HIDDevice.h"
 #include "HIDDevice/Platform/HidManager.h"
@@ -38,17 +39,6 @@ using Bytes = std::vector<uint8_t>;
 using Protocol::Command;
 
 constexpr int kConfigInterface = 1;
-
-std::string hex(const uint8_t* p, std::size_t n)
-{
-    static const char* digits = "0123456789abcdef";
-    std::string s;
-    for (std::size_t i = 0; i < n; ++i) {
-        s += digits[p[i] >> 4];
-        s += digits[p[i] & 0xF];
-    }
-    return s;
-}
 
 Bytes frame(Command c, uint8_t target = 0, uint8_t count = 0) { return CommandFrame(c, target, count).toVector(); }
 
@@ -77,7 +67,7 @@ struct Script {
 void printExpected()
 {
     const Script s;
-    auto set = [](const uint8_t* p) { std::printf("WIRE SET 0304 %04x %s\n", kConfigInterface, hex(p, 64).c_str()); };
+    auto set = [](const uint8_t* p) { std::printf("WIRE SET 0304 %04x %s\n", kConfigInterface, hexString({p, 64}).c_str()); };
     auto get = [] { std::printf("WIRE GET 0304 %04x\n", kConfigInterface); };
     auto exchange = [&](const Bytes& f) { set(f.data()); get(); };
     exchange(s.poll);
@@ -108,7 +98,7 @@ void runConversation(const std::shared_ptr<HidDeviceHandle>& handle)
         Bytes status = s.poll;
         status.resize(Protocol::kFrameBufferSize);
         check(comm.getDeviceData(status), "status poll read");
-        std::printf("REPLY %s\n", hex(status.data(), 64).c_str());
+        std::printf("REPLY %s\n", hexString({status.data(), 64}).c_str());
         check(comm.sendDeviceData(s.endUpload), "status poll closed");
     };
     poll();

@@ -1,5 +1,7 @@
 #include "support/HexBytes.h"
 
+#include "Common/Hex.h"
+
 #include <stdexcept>
 
 namespace testing_support {
@@ -25,13 +27,7 @@ std::vector<uint8_t> bytesFromHex(const std::string& hex)
 
 std::string hexFromBytes(const std::vector<uint8_t>& bytes)
 {
-    static const char digits[] = "0123456789abcdef";
-    std::string out;
-    for (uint8_t b : bytes) {
-        out += digits[b >> 4];
-        out += digits[b & 0xF];
-    }
-    return out;
+    return hexString(bytes);
 }
 
 std::vector<uint8_t> report(std::initializer_list<uint8_t> leading, std::size_t size)
