@@ -20,7 +20,6 @@ public:
     ~AppDelegate() override;
 
     void applicationDidFinishLaunching();
-    MainController* controller() { return controller_; }
 
 private:
     void plugDemoKeyboard();

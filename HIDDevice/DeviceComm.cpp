@@ -1,6 +1,7 @@
 #include "HIDDevice/DeviceComm.h"
 
 #include "Common/Hex.h"
+#include "HIDDevice/HIDDevice.h"
 #include "Protocol/Command.h"
 
 #include <QString>
@@ -28,11 +29,8 @@ std::string arrayNotation(const uint8_t* bytes, std::size_t length)
 DeviceComm::DeviceComm(std::shared_ptr<HidDeviceHandle> device, Sleeper sleeper)
     : device_(std::move(device)), sleeper_(std::move(sleeper))
 {
-    if (device_) {
-        const QVariant pid = device_->property(QStringLiteral("ProductID"));
-        if (pid.typeId() == QMetaType::Int || pid.typeId() == QMetaType::LongLong)
-            productId_ = pid.toInt();
-    }
+    if (device_)
+        productId_ = hidIntProperty(*device_, QStringLiteral("ProductID"));
 }
 
 bool DeviceComm::hexDumpEnabled()

@@ -2,10 +2,9 @@
 
 #include <QVariantMap>
 
-namespace {
-int intProperty(const HidDeviceHandle& handle, const char* key)
+int hidIntProperty(const HidDeviceHandle& handle, const QString& key)
 {
-    const QVariant v = handle.property(QString::fromLatin1(key));
+    const QVariant v = handle.property(key);
     switch (v.typeId()) {
     case QMetaType::Int:
     case QMetaType::UInt:
@@ -18,17 +17,16 @@ int intProperty(const HidDeviceHandle& handle, const char* key)
         return 0;
     }
 }
-}  // namespace
 
 HIDDevice::HIDDevice(std::shared_ptr<HidDeviceHandle> handle) : device(std::move(handle))
 {
     if (!device)
         return;
-    id = intProperty(*device, "LocationID");
-    vendorId = intProperty(*device, "VendorID");
-    productId = intProperty(*device, "ProductID");
-    reportSize = intProperty(*device, "MaxInputReportSize");
-    featureSize = intProperty(*device, "MaxFeatureReportSize");
+    id = hidIntProperty(*device, QStringLiteral("LocationID"));
+    vendorId = hidIntProperty(*device, QStringLiteral("VendorID"));
+    productId = hidIntProperty(*device, QStringLiteral("ProductID"));
+    reportSize = hidIntProperty(*device, QStringLiteral("MaxInputReportSize"));
+    featureSize = hidIntProperty(*device, QStringLiteral("MaxFeatureReportSize"));
     const QVariant product = device->property(QStringLiteral("Product"));
     if (product.typeId() == QMetaType::QString)
         name = product.toString();
@@ -53,7 +51,7 @@ bool deviceFromNotificationObject(const QVariant& object, HIDDevice& out)
     if (object.typeId() != QMetaType::QVariantMap)
         return false;
     const QVariant entry = object.toMap().value(HIDNotification::DeviceKey);
-    if (!entry.canConvert<HIDDevice>() || entry.typeId() != qMetaTypeId<HIDDevice>())
+    if (entry.typeId() != qMetaTypeId<HIDDevice>())
         return false;
     out = entry.value<HIDDevice>();
     return true;

@@ -50,6 +50,9 @@ inline constexpr int kProductIdSecondary = 32774; // 0x8006
 inline constexpr int kConfigFeatureSize = 64;
 }  // namespace OrvaneUsb
 
+// An integer property, 0 when it is missing or not a number.
+int hidIntProperty(const HidDeviceHandle& handle, const QString& key);
+
 // True for the keyboard's configuration interface: our ids and a 64-byte
 // feature report.
 bool isConfigurationInterface(const HIDDevice& device);

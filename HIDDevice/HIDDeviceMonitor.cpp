@@ -35,25 +35,24 @@ void HIDDeviceMonitor::stop()
     manager_.reset();
 }
 
-bool HIDDeviceMonitor::rawDeviceAdded(int, void*, const std::shared_ptr<HidDeviceHandle>& device)
+bool HIDDeviceMonitor::announce(const std::shared_ptr<HidDeviceHandle>& device, const QString& notification)
 {
     if (!device)
         return true;
+    // Read now, also on removal: the departing device still answers.
     const HIDDevice hid(device);
     if (!isConfigurationInterface(hid))
         return true;
-    NotificationCenter::defaultCenter().post(HIDNotification::Connected, makeDeviceNotificationObject(hid));
+    NotificationCenter::defaultCenter().post(notification, makeDeviceNotificationObject(hid));
     return false;
+}
+
+bool HIDDeviceMonitor::rawDeviceAdded(int, void*, const std::shared_ptr<HidDeviceHandle>& device)
+{
+    return announce(device, HIDNotification::Connected);
 }
 
 bool HIDDeviceMonitor::rawDeviceRemoved(int, void*, const std::shared_ptr<HidDeviceHandle>& device)
 {
-    if (!device)
-        return true;
-    // Read from the departing device: its properties are still there.
-    const HIDDevice hid(device);
-    if (!isConfigurationInterface(hid))
-        return true;
-    NotificationCenter::defaultCenter().post(HIDNotification::Disconnected, makeDeviceNotificationObject(hid));
-    return false;
+    return announce(device, HIDNotification::Disconnected);
 }

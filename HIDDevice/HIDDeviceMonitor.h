@@ -43,6 +43,9 @@ public:
     const int reportSize;
 
 private:
+    // Posts `notification` for the configuration interface; true otherwise.
+    bool announce(const std::shared_ptr<HidDeviceHandle>& device, const QString& notification);
+
     ManagerFactory factory_;
     ProblemHandler onProblem_;
     std::unique_ptr<HidManager> manager_;

@@ -30,7 +30,7 @@ struct ReportStep {
 };
 
 struct ReportSequence {
-    std::string name;  // for logs and test failures
+    std::string name;  // shown in the hex dump (ORVANE_HID_DUMP=1)
     std::vector<ReportStep> steps;
 
     bool carriesDataReports() const

@@ -5,6 +5,8 @@
 #include <QMetaObject>
 #include <QThread>
 
+#include <iostream>
+
 TransportQueue::TransportQueue(QObject* parent) : QObject(parent)
 {
     worker_ = std::thread([this] { workerLoop(); });
@@ -86,13 +88,16 @@ void TransportQueue::execute(Job& job)
         open = false;
     };
 
+    if (DeviceComm::hexDumpEnabled())
+        std::cerr << "hid sequence: " << job.sequence.name << std::endl;
     openBracket();
     bool replyDelivered = false;
     for (ReportStep& step : job.sequence.steps) {
-        if (comm.isReleased()) {
-            if (step.kind != ReportStep::Kind::Exchange || replyDelivered || !job.onReply)
-                continue;
-        }
+        // A released transport skips every step; only an exchange whose
+        // handler is still owed an answer goes on, to report "not sent".
+        const bool owesReply = step.kind == ReportStep::Kind::Exchange && job.onReply && !replyDelivered;
+        if (comm.isReleased() && !owesReply)
+            continue;
         switch (step.kind) {
         case ReportStep::Kind::Single:
             comm.sendDeviceData(step.data);
@@ -142,8 +147,7 @@ void TransportQueue::execute(Job& job)
         }
     }
     closeBracket();
-    QMetaObject::invokeMethod(
-        this, [this, name = QString::fromStdString(job.sequence.name)] { finished(name); }, Qt::QueuedConnection);
+    QMetaObject::invokeMethod(this, [this] { finished(); }, Qt::QueuedConnection);
 }
 
 void TransportQueue::deliverReply(const ReplyHandler& handler, const ExchangeResult& result)
@@ -159,10 +163,9 @@ void TransportQueue::deliverReply(const ReplyHandler& handler, const ExchangeRes
     wake_.notify_all();
 }
 
-void TransportQueue::finished(const QString& name)
+void TransportQueue::finished()
 {
     --pending_;
-    emit sequenceFinished(name);
     if (pending_ == 0)
         emit busyChanged(false);
 }

@@ -56,7 +56,6 @@ public:
 
 signals:
     void busyChanged(bool busy);
-    void sequenceFinished(const QString& name);
 
 private:
     struct Job {
@@ -69,7 +68,7 @@ private:
     void execute(Job& job);
     // Runs on the owner thread: the handler, with submits captured.
     void deliverReply(const ReplyHandler& handler, const ExchangeResult& result);
-    void finished(const QString& name);
+    void finished();
 
     std::mutex mutex_;
     std::condition_variable wake_;

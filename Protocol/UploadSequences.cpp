@@ -28,13 +28,12 @@ ReportStep nineReportRun(const NineReports& data, std::size_t bufferSize, std::s
     return ReportStep::run(std::move(buffer), static_cast<int>(runLength));
 }
 
-// The opening every upload but the macro store shares: 0x18, then the header
-// announcing `count` data reports for `target`. The frame stays set for the
-// closing frames.
+// The opening every upload but the macro store shares: 0x18 (the fresh
+// frame), then the header announcing `count` data reports for `target`. The
+// frame stays set for the closing frames.
 ReportSequence opening(std::string name, CommandFrame& frame, Command header, int target, std::size_t count)
 {
     ReportSequence seq{std::move(name), {}};
-    frame = CommandFrame(Command::BeginUpload);
     seq.steps.push_back(ReportStep::single(frame));
     frame.setCommand(header);
     frame.setTarget(byteOf(target));
@@ -44,12 +43,6 @@ ReportSequence opening(std::string name, CommandFrame& frame, Command header, in
 }
 
 }  // namespace
-
-std::vector<uint8_t> frameBytes(Command command, uint8_t target, uint8_t count)
-{
-    const CommandFrame frame(command, target, count);
-    return {frame.bytes().begin(), frame.bytes().begin() + Protocol::kReportSize};
-}
 
 ReportSequence keyTable(int profile, const NineReports& table)
 {

@@ -45,7 +45,4 @@ ReportSequence macroStore(std::span<const uint8_t> store);
 // 0x30 exchanged (the reply's byte 9 is the active profile); 0x02.
 ReportSequence statusPoll();
 
-// A single command frame's bytes as they leave the host (64 bytes).
-std::vector<uint8_t> frameBytes(Protocol::Command command, uint8_t target = 0, uint8_t count = 0);
-
 }  // namespace UploadSequences

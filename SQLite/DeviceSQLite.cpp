@@ -3,6 +3,8 @@
 
 #include "SQLite/DeviceSQLite.h"
 
+#include "Common/DeviceModel.h"
+
 #include "SQLite/StoreSupport.h"
 
 #include <SQLiteCpp/Statement.h>
@@ -114,7 +116,7 @@ void reachSeedRow(int row)
 
 QString deviceDatabaseFileName(int deviceType)
 {
-    return deviceType == 2 ? QStringLiteral("orvane_68k_device.sqlite3") : QStringLiteral("orvane_61k_device.sqlite3");
+    return deviceType == DeviceModel::kDeviceType68k ? QStringLiteral("orvane_68k_device.sqlite3") : QStringLiteral("orvane_61k_device.sqlite3");
 }
 
 VersionCheck checkDeviceDatabaseVersion(const QString& storedVersion)

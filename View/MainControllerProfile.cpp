@@ -13,8 +13,9 @@ void MainController::getKeyboardProfile()
 
 void MainController::pollKeyboardProfile()
 {
-    if (!deviceState || hidcomm_busy || !currentTransport())
+    if (!deviceState || hidcomm_busy)
         return;
+    // Without a transport (just announced) nothing is handed over.
     submitSequence(UploadSequences::statusPoll(), [this](const TransportQueue::ExchangeResult& result) {
         // Without a reply the request's own byte 9 (0) would read as
         // profile 1: a tick without a usable reply changes nothing.
@@ -32,7 +33,7 @@ void MainController::swicthProfile(int profileId)
 {
     if (!deviceState)
         return;
-    if (deviceDB && deviceDB->db)
+    if (deviceDB)
         deviceDB->updateConfigData(1, QStringLiteral("currentProfile"), QString::number(profileId));
     currentProfile = profileId;
 }

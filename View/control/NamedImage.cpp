@@ -1,17 +1,11 @@
 #include "View/control/NamedImage.h"
 
-#include <QFile>
 #include <QPainter>
 #include <QSvgRenderer>
 
 namespace {
 QString pathOf(const QString& name) { return QStringLiteral(":/images/%1.svg").arg(name); }
 }  // namespace
-
-bool NamedImage::exists(const QString& name)
-{
-    return QFile::exists(pathOf(name));
-}
 
 QPixmap NamedImage::pixmap(const QString& name, const QSize& size, qreal devicePixelRatio)
 {

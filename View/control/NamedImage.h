@@ -8,5 +8,4 @@
 
 namespace NamedImage {
 QPixmap pixmap(const QString& name, const QSize& size, qreal devicePixelRatio = 1.0);
-bool exists(const QString& name);
 }  // namespace NamedImage

@@ -49,12 +49,6 @@ std::vector<std::string> RecordingHidDevice::sets() const
     return sets_;
 }
 
-void RecordingHidDevice::clear()
-{
-    std::lock_guard lock(mutex_);
-    sets_.clear();
-}
-
 void RecordingHidDevice::setReplyProfile(uint8_t profile)
 {
     std::lock_guard lock(mutex_);

@@ -25,7 +25,6 @@ public:
     // Hex of every set, in order; "begin data"/"begin"/"end" mark brackets
     // when `recordBrackets` is set.
     std::vector<std::string> sets() const;
-    void clear();
 
     // Byte 9 of every read's reply (the active profile for a status poll).
     void setReplyProfile(uint8_t profile);

@@ -115,12 +115,6 @@ void ScriptedHidDevice::endSequence()
     next(Expectation::Kind::End, "end of a sequence");
 }
 
-bool ScriptedHidDevice::done() const
-{
-    std::lock_guard lock(mutex_);
-    return script_.empty();
-}
-
 void ScriptedHidDevice::verify()
 {
     verified_ = true;

@@ -39,7 +39,6 @@ public:
     void endSequence() override;
 
     void verify();
-    bool done() const;
 
     QVariantMap properties;
 

@@ -1,5 +1,7 @@
 #include "HIDDevice/Platform/Virtual/VirtualHidManager.h"
 
+#include "HIDDevice/HIDDevice.h"
+
 #include <QMetaObject>
 
 VirtualHidManager::VirtualHidManager(std::shared_ptr<VirtualBus> bus) : bus_(std::move(bus)) {}
@@ -16,8 +18,8 @@ void VirtualHidManager::registerDeviceRemovalCallback(DeviceCallback callback) {
 
 bool VirtualHidManager::matches(const HidDeviceHandle& iface) const
 {
-    const int vid = iface.property(QStringLiteral("VendorID")).toInt();
-    const int pid = iface.property(QStringLiteral("ProductID")).toInt();
+    const int vid = hidIntProperty(iface, QStringLiteral("VendorID"));
+    const int pid = hidIntProperty(iface, QStringLiteral("ProductID"));
     for (const HidMatch& m : matches_)
         if (m.vendorId == vid && m.productId == pid)
             return true;
