@@ -1,3 +1,4 @@
+#include "Common/OutputLine.h"
 #include "HIDDevice/DeviceComm.h"
 
 #include "Common/Hex.h"
@@ -138,7 +139,7 @@ bool DeviceComm::sendDeviceData(const std::vector<uint8_t>& data, int length)
         if (offset + Protocol::kReportSize > data.size())
             break;  // a caller's buffer too short is a misuse; never read past it
         const uint8_t* report = data.data() + offset;
-        std::cout << "newArr-" << i << arrayNotation(report, Protocol::kReportSize) << std::endl;
+        OutputLine::print("newArr-" + std::to_string(i) + arrayNotation(report, Protocol::kReportSize));
         sleep(kStepDelay);
         if (setReport(report, Protocol::kReportSize) != HidResult::Success)
             break;

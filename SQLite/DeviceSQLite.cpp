@@ -1,6 +1,7 @@
 // Opening, schema, seeding, wiping and the profile reset of the device
 // database.
 
+#include "Common/OutputLine.h"
 #include "SQLite/DeviceSQLite.h"
 
 #include "Common/DeviceModel.h"
@@ -134,7 +135,7 @@ DeviceSQLite::DeviceSQLite(const QString& device, bool reset)
     if (!db)
         return;
     createTable();
-    StoreSupport::printLine("init: connect success");
+    OutputLine::print("init: connect success");
 }
 
 void DeviceSQLite::createAllTables()
@@ -152,11 +153,11 @@ void DeviceSQLite::createTable()
         // and the next opening adds the rest.
         createAllTables();
     } catch (const std::exception& e) {
-        StoreSupport::printLine(std::string("createTable fail ") + e.what());
+        OutputLine::print(std::string("createTable fail ") + e.what());
         return;
     }
     initDBdata();
-    StoreSupport::printLine("createTable success");
+    OutputLine::print("createTable success");
 }
 
 void DeviceSQLite::seedConfigRows()
@@ -191,7 +192,7 @@ void DeviceSQLite::initDBdata()
         seedConfigRows();
         transaction.commit();
     } catch (const std::exception& e) {
-        StoreSupport::printLine(std::string("insertRow  fail ") + e.what());
+        OutputLine::print(std::string("insertRow  fail ") + e.what());
     }
 }
 
@@ -225,10 +226,10 @@ void DeviceSQLite::dropTable()
         seedConfigRows();
         transaction.commit();
     } catch (const std::exception& e) {
-        StoreSupport::printLine(std::string("dropTable table failed ") + e.what());
+        OutputLine::print(std::string("dropTable table failed ") + e.what());
         return;
     }
-    StoreSupport::printLine("dropTable  success");
+    OutputLine::print("dropTable  success");
 }
 
 void DeviceSQLite::resetProfile(int profile)
@@ -247,6 +248,6 @@ void DeviceSQLite::resetProfile(int profile)
         }
         transaction.commit();
     } catch (const std::exception& e) {
-        StoreSupport::printLine(std::string("resetProfile  fail ") + e.what());
+        OutputLine::print(std::string("resetProfile  fail ") + e.what());
     }
 }

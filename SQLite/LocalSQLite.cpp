@@ -1,3 +1,4 @@
+#include "Common/OutputLine.h"
 #include "SQLite/LocalSQLite.h"
 
 #include "SQLite/StoreSupport.h"
@@ -38,7 +39,7 @@ LocalSQLite::LocalSQLite(const QString& device)
     if (!db)
         return;
     createTable();
-    StoreSupport::printLine("init: connect success");
+    OutputLine::print("init: connect success");
 }
 
 void LocalSQLite::createTable()
@@ -49,11 +50,11 @@ void LocalSQLite::createTable()
         db->exec(R"(CREATE TABLE IF NOT EXISTS "t_localdata" ()"
                  R"("device_name" TEXT NOT NULL, "key" TEXT NOT NULL, "value" TEXT NOT NULL))");
     } catch (const std::exception& e) {
-        StoreSupport::printLine(std::string("createTable fail ") + e.what());
+        OutputLine::print(std::string("createTable fail ") + e.what());
         return;
     }
     initDBdata();
-    StoreSupport::printLine("createTable success");
+    OutputLine::print("createTable success");
 }
 
 void LocalSQLite::initDBdata()
@@ -75,7 +76,7 @@ void LocalSQLite::initDBdata()
         }
         transaction.commit();
     } catch (const std::exception& e) {
-        StoreSupport::printLine(std::string("insertRow fail ") + e.what());
+        OutputLine::print(std::string("insertRow fail ") + e.what());
     }
 }
 

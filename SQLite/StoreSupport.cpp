@@ -1,9 +1,9 @@
+#include "Common/OutputLine.h"
 #include "SQLite/StoreSupport.h"
 
 #include "Common/DataPaths.h"
 
 #include <filesystem>
-#include <iostream>
 #include <system_error>
 
 namespace fs = std::filesystem;
@@ -32,12 +32,7 @@ std::unique_ptr<SQLite::Database> StoreSupport::connectInDatabaseFolder(const QS
         }
         return openReadWrite(QString::fromStdString(file.string()));
     } catch (const std::exception& e) {
-        printLine(std::string("init: connect fail ") + e.what());
+        OutputLine::print(std::string("init: connect fail ") + e.what());
         return nullptr;
     }
-}
-
-void StoreSupport::printLine(std::string_view text)
-{
-    std::cout << text << std::endl;
 }

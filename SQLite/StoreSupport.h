@@ -1,6 +1,6 @@
 #pragma once
-// What the SQLite stores share: opening a file, the diagnostic lines on
-// standard output, and a test seam for the operations of several statements.
+// What the SQLite stores share: opening a file, and a test seam for the
+// operations of several statements.
 
 #include <SQLiteCpp/Database.h>
 
@@ -24,10 +24,6 @@ std::unique_ptr<SQLite::Database> openReadWrite(const QString& pathOrUri);
 // On failure prints "init: connect fail " and the error and returns an empty
 // pointer. Never throws.
 std::unique_ptr<SQLite::Database> connectInDatabaseFolder(const QString& fileName, bool removeExisting);
-
-// One diagnostic line on standard output, flushed at once so that the lines
-// of a crashed run are not lost.
-void printLine(std::string_view text);
 
 // Test seam. The stores call reachStep() at named points inside their
 // transactions; a test sets `faultHook` to throw (the operation must roll

@@ -1,4 +1,5 @@
 // Connection and loss of the keyboard.
+#include "Common/OutputLine.h"
 #include "View/MainController.h"
 
 #include "Common/DeviceModel.h"
@@ -7,7 +8,6 @@
 #include "SQLite/DeviceSQLite.h"
 #include "View/control/ButtonView.h"
 
-#include <iostream>
 
 void MainController::deviceConnected(const QVariant& object)
 {
@@ -74,7 +74,7 @@ void MainController::ConnectDevice()
     bool ok = false;
     const int stored = deviceDB->getConfigData(1, QStringLiteral("currentProfile")).toInt(&ok);
     if (!ok || stored < Protocol::kFirstProfile || stored > Protocol::kLastProfile) {
-        std::cout << "currentProfile unreadable, using profile 1" << std::endl;
+        OutputLine::print("currentProfile unreadable, using profile 1");
         swicthProfile(Protocol::kFirstProfile);
         return;
     }

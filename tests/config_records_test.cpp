@@ -1,11 +1,10 @@
+#include "support/CapturedLines.h"
 #include "SQLite/DeviceSQLite.h"
 #include "support/StoreTestSupport.h"
 
 #include <gtest/gtest.h>
 
 using namespace testing_support;
-using testing::internal::CaptureStdout;
-using testing::internal::GetCapturedStdout;
 
 namespace {
 
@@ -62,9 +61,9 @@ TEST_F(ConfigRecordsTest, ProfileResetTouchesOnlyThatProfilesAssignmentsLightAnd
         for (const char* key : {"currentLightMode", "disable_gamemode", "disable_win", "disable_alttab", "disable_altf4"})
             store.updateConfigData(profile, key, "7");
 
-    CaptureStdout();
+    captureLines();
     store.resetProfile(2);
-    EXPECT_EQ(GetCapturedStdout(), "");
+    EXPECT_EQ(capturedLines(), "");
 
     EXPECT_EQ(keyAssignments(), (Rows{{"1", "4"}}));
     EXPECT_EQ(queryRows(*store.db, R"(SELECT "key", "value" FROM "t_configdata" WHERE "profId" = 2 ORDER BY rowid)"),
@@ -87,9 +86,9 @@ TEST_F(ConfigRecordsTest, FailedProfileResetLeavesTheFileAsItWas)
 
     for (const char* step : {"device.reset.delete", "device.reset.disable_win", "device.reset.disable_altf4"}) {
         ScopedFault fault(step);
-        CaptureStdout();
+        captureLines();
         store.resetProfile(2);
-        EXPECT_EQ(GetCapturedStdout(), "resetProfile  fail injected\n") << step;
+        EXPECT_EQ(capturedLines(), "resetProfile  fail injected\n") << step;
         EXPECT_EQ(dumpDatabase(*store.db), before) << step;
     }
 }

@@ -1,3 +1,4 @@
+#include "support/CapturedLines.h"
 #include "HIDDevice/DeviceComm.h"
 #include "support/HexBytes.h"
 #include "support/ScriptedHidDevice.h"
@@ -135,9 +136,9 @@ TEST(DeviceCommRun, SendsOneReportFewerThanTheLengthSpans)
     Rig rig;
     for (std::size_t i = 0; i < 9; ++i)
         rig.device->expectSleep(kDelay).expectSet(slice(data, i * 64));
-    testing::internal::CaptureStdout();
+    captureLines();
     EXPECT_TRUE(rig.comm.sendDeviceData(data, 640));
-    const std::string out = testing::internal::GetCapturedStdout();
+    const std::string out = capturedLines();
     EXPECT_EQ(out.substr(0, out.find('\n')).substr(0, 13), "newArr-0[0, 7");
     EXPECT_NE(out.find("newArr-8["), std::string::npos);
     EXPECT_EQ(out.find("newArr-9"), std::string::npos) << "bytes from 576 on are never sent";
@@ -148,16 +149,16 @@ TEST(DeviceCommRun, ShortLengthsSendNothingOrOnlyTheFirstReport)
     const auto data = numbered(256);
     {
         Rig rig;  // nothing expected
-        testing::internal::CaptureStdout();
+        captureLines();
         EXPECT_TRUE(rig.comm.sendDeviceData(data, 64));
         EXPECT_TRUE(rig.comm.sendDeviceData(data, 127));
-        testing::internal::GetCapturedStdout();
+        capturedLines();
     }
     Rig rig;
     rig.device->expectSleep(kDelay).expectSet(slice(data, 0));
-    testing::internal::CaptureStdout();
+    captureLines();
     EXPECT_TRUE(rig.comm.sendDeviceData(data, 128));
-    testing::internal::GetCapturedStdout();
+    capturedLines();
 }
 
 TEST(DeviceCommRun, AFailedReportStopsTheRunButTheResultStaysTrue)
@@ -166,8 +167,8 @@ TEST(DeviceCommRun, AFailedReportStopsTheRunButTheResultStaysTrue)
     Rig rig;
     rig.device->expectSleep(kDelay).expectSet(slice(data, 0)).expectSleep(kDelay).expectSet(slice(data, 64))
         .expectSleep(kDelay).expectSet(slice(data, 128), HidResult::NotResponding);
-    testing::internal::CaptureStdout();
+    captureLines();
     EXPECT_TRUE(rig.comm.sendDeviceData(data, 640));
-    testing::internal::GetCapturedStdout();
+    capturedLines();
     EXPECT_FALSE(rig.comm.isBusy());
 }

@@ -1,3 +1,4 @@
+#include "support/CapturedLines.h"
 #include "Common/DataPaths.h"
 #include "SQLite/DeviceSQLite.h"
 #include "SQLite/StoreSupport.h"
@@ -12,8 +13,6 @@
 #include <unistd.h>
 
 using namespace testing_support;
-using testing::internal::CaptureStdout;
-using testing::internal::GetCapturedStdout;
 
 namespace {
 
@@ -79,9 +78,9 @@ TEST(DeviceDatabaseRules, AnyVersionButTheCurrentOneRebuildsTheFile)
 TEST_F(DeviceStoreTest, NewFileHasTheEightTablesAndTheSettingsRowsInOrder)
 {
     DataPaths::setDataFolderOverride(folder.path() + "/not/yet/there");
-    CaptureStdout();
+    captureLines();
     DeviceSQLite store("orvane_68k_device.sqlite3", false);
-    EXPECT_EQ(GetCapturedStdout(), "createTable success\ninit: connect success\n");
+    EXPECT_EQ(capturedLines(), "createTable success\ninit: connect success\n");
     ASSERT_TRUE(store.db);
     EXPECT_TRUE(QFileInfo::exists(folder.path() + "/not/yet/there/db/orvane_68k_device.sqlite3"));
 
@@ -146,14 +145,14 @@ TEST_F(DeviceStoreTest, UnopenableFolderGivesAUsableStoreWithNeutralAnswers)
     QFile(blocker).open(QIODevice::WriteOnly);
     DataPaths::setDataFolderOverride(blocker);
 
-    CaptureStdout();
+    captureLines();
     DeviceSQLite store(kFile, true);
     EXPECT_EQ(store.getConfigData(1, "currentProfile"), "");
     EXPECT_TRUE(store.updateConfigData(1, "currentProfile", "2"));
     store.writeConfigInfo(6);
     store.resetProfile(1);
     store.dropTable();
-    const std::string out = GetCapturedStdout();
+    const std::string out = capturedLines();
     EXPECT_FALSE(store.db);
     EXPECT_TRUE(out.starts_with("init: connect fail ")) << out;
     EXPECT_EQ(out.find('\n'), out.size() - 1) << "only the opening reports: " << out;
@@ -195,13 +194,13 @@ TEST_F(DeviceStoreTest, KilledSeedingLeavesNoHalfSeededFile)
 
 TEST_F(DeviceStoreTest, FailedSeedingIsUndoneAndReported)
 {
-    CaptureStdout();
+    captureLines();
     {
         ScopedFault fault("device.seed.34");
         DeviceSQLite store(kFile, false);
         EXPECT_EQ(countRows(*store.db, "t_configdata"), 0);
     }
-    EXPECT_EQ(GetCapturedStdout(), "insertRow  fail injected\ncreateTable success\ninit: connect success\n");
+    EXPECT_EQ(capturedLines(), "insertRow  fail injected\ncreateTable success\ninit: connect success\n");
 }
 
 TEST_F(DeviceStoreTest, WipeLeavesAFreshlySeededFileThatReopensUnchanged)
@@ -213,15 +212,15 @@ TEST_F(DeviceStoreTest, WipeLeavesAFreshlySeededFileThatReopensUnchanged)
     {
         DeviceSQLite store(kFile, false);
         addUserData(*store.db);
-        CaptureStdout();
+        captureLines();
         store.dropTable();
-        EXPECT_EQ(GetCapturedStdout(), "dropTable  success\n");
+        EXPECT_EQ(capturedLines(), "dropTable  success\n");
     }
     EXPECT_EQ(dumpDatabaseFile(file), fresh);
 
-    CaptureStdout();
+    captureLines();
     { DeviceSQLite reopened(kFile, false); }
-    EXPECT_EQ(GetCapturedStdout(), "createTable success\ninit: connect success\n");
+    EXPECT_EQ(capturedLines(), "createTable success\ninit: connect success\n");
     EXPECT_EQ(dumpDatabaseFile(file), fresh);
 }
 
@@ -233,9 +232,9 @@ TEST_F(DeviceStoreTest, FailedWipeLeavesTheFileAsItWas)
 
     for (const char* step : {"device.drop.t_keyprofile", "device.recreate", "device.seed.12"}) {
         ScopedFault fault(step);
-        CaptureStdout();
+        captureLines();
         store.dropTable();
-        EXPECT_EQ(GetCapturedStdout(), "dropTable table failed injected\n") << step;
+        EXPECT_EQ(capturedLines(), "dropTable table failed injected\n") << step;
         EXPECT_EQ(dumpDatabase(*store.db), before) << step;
     }
 }
@@ -249,8 +248,8 @@ TEST_F(DeviceStoreTest, WipeOfAFileWithoutAProfileTableChangesNothing)
     store.db->exec(R"(DROP TABLE "t_profile")");
     const std::string before = dumpDatabase(*store.db);
 
-    CaptureStdout();
+    captureLines();
     store.dropTable();
-    EXPECT_EQ(GetCapturedStdout(), "dropTable table failed no such table: t_profile\n");
+    EXPECT_EQ(capturedLines(), "dropTable table failed no such table: t_profile\n");
     EXPECT_EQ(dumpDatabase(*store.db), before);
 }

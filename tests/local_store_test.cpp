@@ -1,3 +1,4 @@
+#include "support/CapturedLines.h"
 #include "Common/DataPaths.h"
 #include "SQLite/LocalSQLite.h"
 #include "support/StoreTestSupport.h"
@@ -8,8 +9,6 @@
 #include <QFile>
 
 using namespace testing_support;
-using testing::internal::CaptureStdout;
-using testing::internal::GetCapturedStdout;
 
 namespace {
 
@@ -35,9 +34,9 @@ Rows allRows(LocalSQLite& store)
 
 TEST_F(LocalStoreTest, NewFileIsSeededOnceWithTheFourMachineSettings)
 {
-    CaptureStdout();
+    captureLines();
     { LocalSQLite first(kLocalDatabaseFile); }
-    EXPECT_EQ(GetCapturedStdout(), "createTable success\ninit: connect success\n");
+    EXPECT_EQ(capturedLines(), "createTable success\ninit: connect success\n");
 
     LocalSQLite reopened(kLocalDatabaseFile);
     ASSERT_TRUE(reopened.db);
@@ -87,13 +86,13 @@ TEST_F(LocalStoreTest, StatementFailuresAnswerEmptyAndFalse)
 
 TEST_F(LocalStoreTest, FailedSeedingLeavesNoRowAndTheNextOpeningSeeds)
 {
-    CaptureStdout();
+    captureLines();
     {
         ScopedFault fault("local.seed.3");
         LocalSQLite store(kLocalDatabaseFile);
         EXPECT_TRUE(allRows(store).empty());
     }
-    EXPECT_EQ(GetCapturedStdout(), "insertRow fail injected\ncreateTable success\ninit: connect success\n");
+    EXPECT_EQ(capturedLines(), "insertRow fail injected\ncreateTable success\ninit: connect success\n");
 
     LocalSQLite reopened(kLocalDatabaseFile);
     EXPECT_EQ(allRows(reopened), kSeedRows);
@@ -106,9 +105,9 @@ TEST_F(LocalStoreTest, UnopenableFolderGivesAUsableStoreWithNeutralAnswers)
     QFile(blocker).open(QIODevice::WriteOnly);
     DataPaths::setDataFolderOverride(blocker);
 
-    CaptureStdout();
+    captureLines();
     LocalSQLite store(kLocalDatabaseFile);
-    EXPECT_TRUE(GetCapturedStdout().starts_with("init: connect fail "));
+    EXPECT_TRUE(capturedLines().starts_with("init: connect fail "));
     EXPECT_FALSE(store.db);
     EXPECT_EQ(store.getLocalData("orvane", "kb_68k"), "");
     EXPECT_TRUE(store.updateLocalData("orvane", "kb_68k", "2"));

@@ -1,5 +1,6 @@
 // The transport thread: order on the wire, the poll's continuation, and
 // what happens when the keyboard goes away.
+#include "support/CapturedLines.h"
 #include "HIDDevice/TransportQueue.h"
 #include "Protocol/UploadSequences.h"
 #include "support/HexBytes.h"
@@ -37,13 +38,13 @@ TEST(TransportQueue, SequencesGoOutWholeInTheOrderTheyWereHandedOver)
     std::array<uint8_t, 576> table{};
     table[574] = 0xAA;
     table[575] = 0x55;
-    testing::internal::CaptureStdout();
+    captureLines();
     rig.queue.submit(rig.comm, oneFrame("a", Protocol::Command::BeginUpload));
     rig.queue.submit(rig.comm, UploadSequences::keyTable(1, table));
     rig.queue.submit(rig.comm, oneFrame("c", Protocol::Command::ApplyLight));
     EXPECT_EQ(rig.queue.pending(), 3);
     ASSERT_TRUE(rig.queue.waitForIdle(5s));
-    testing::internal::GetCapturedStdout();
+    capturedLines();
     const auto sets = rig.device->sets();
     ASSERT_EQ(sets.size(), 3u + 14 + 3);
     EXPECT_EQ(sets[0], "begin");
@@ -118,7 +119,7 @@ TEST(TransportQueue, TheOwnerThreadKeepsTurningDuringATwoSecondUpload)
     auto comm = std::make_shared<DeviceComm>(device);
     TransportQueue queue;
     std::vector<uint8_t> data(201 * 64, 0x11);
-    testing::internal::CaptureStdout();
+    captureLines();
     queue.submit(comm, {"long", {ReportStep::run(data, static_cast<int>(data.size()))}});
     int ticksWhileBusy = 0;
     QTimer ticker;
@@ -130,7 +131,7 @@ TEST(TransportQueue, TheOwnerThreadKeepsTurningDuringATwoSecondUpload)
     QElapsedTimer clock;
     clock.start();
     ASSERT_TRUE(queue.waitForIdle(10s));
-    testing::internal::GetCapturedStdout();
+    capturedLines();
     EXPECT_EQ(device->sets().size(), 200u);
     EXPECT_GE(clock.elapsed(), 2000) << "the pace of the wire is kept";
     EXPECT_GT(ticksWhileBusy, 10) << "timers kept firing on the owner thread while the upload ran";

@@ -1,4 +1,5 @@
 // The bytes of every upload as they reach the keyboard, frame by frame.
+#include "support/CapturedLines.h"
 #include "HIDDevice/TransportQueue.h"
 #include "Protocol/UploadSequences.h"
 #include "support/HexBytes.h"
@@ -52,9 +53,9 @@ TEST(UploadWire, KeyTableAddressesItsProfileAndKeepsItInTheClosingFrame)
     for (std::size_t i = 0; i < 9; ++i)
         expected.push_back(reportOf(table, i));
     expected.push_back(frame({0x04, 0x02, 0x03}));
-    testing::internal::CaptureStdout();
+    captureLines();
     EXPECT_EQ(wire(UploadSequences::keyTable(3, table)), expected);
-    testing::internal::GetCapturedStdout();
+    capturedLines();
 }
 
 TEST(UploadWire, LightModeIsAppliedAfterTheEndFrameBothKeepingTheProfile)
@@ -78,9 +79,9 @@ TEST(UploadWire, UserLightColoursTargetTheSlotAndCloseOnAClearedFrame)
         expected.push_back(reportOf(colors, i));
     expected.push_back(frame({0x04, 0x02}));
     expected.push_back(frame({0x04, 0xF0}));
-    testing::internal::CaptureStdout();
+    captureLines();
     EXPECT_EQ(wire(UploadSequences::userLightColors(4, colors)), expected);
-    testing::internal::GetCapturedStdout();
+    capturedLines();
 }
 
 TEST(UploadWire, SystemSettingsCloseWithAFrameThatIsZeroButForIdAndCommand)
@@ -98,9 +99,9 @@ TEST(UploadWire, MacroStoreHasItsOwnOpeningCountAndPauses)
     const std::vector<std::string> expected = {
         frame({0x04, 0x19}), frame({0x04, 0x15, 0x00, 0, 0, 0, 0, 0, 0x02}), reportOf(store, 0), reportOf(store, 1),
         frame({0x04, 0x02})};
-    testing::internal::CaptureStdout();
+    captureLines();
     EXPECT_EQ(wire(sequence), expected);
-    testing::internal::GetCapturedStdout();
+    capturedLines();
     // The 30 ms pauses stand right before and after the data.
     ASSERT_EQ(sequence.steps.size(), 6u);
     EXPECT_EQ(sequence.steps[2].kind, ReportStep::Kind::Sleep);
@@ -123,9 +124,9 @@ TEST(UploadWire, SavingAUserLightSlotSendsItsColoursThenTheModeOnTheProfileInUse
     mode[15] = 0x55;
     const auto sequences = UploadSequences::userLightSave(2, colors, 3, mode);
     ASSERT_EQ(sequences.size(), 2u) << "the transport is free between the two";
-    testing::internal::CaptureStdout();
+    captureLines();
     const auto sets = wire(sequences);
-    testing::internal::GetCapturedStdout();
+    capturedLines();
     ASSERT_EQ(sets.size(), 13u + 5u);
     EXPECT_EQ(sets[1], frame({0x04, 0x23, 0x82, 0, 0, 0, 0, 0, 0x09}));
     EXPECT_EQ(sets[12], frame({0x04, 0xF0}));
@@ -139,9 +140,9 @@ TEST(UploadWire, BlankingTheUserLightsSendsSixCompleteSequencesForTargets129To13
     const auto blank = numberedBlock<576>(0);
     const auto sequences = UploadSequences::userLightReset(blank);
     ASSERT_EQ(sequences.size(), 6u);
-    testing::internal::CaptureStdout();
+    captureLines();
     const auto sets = wire(sequences);
-    testing::internal::GetCapturedStdout();
+    capturedLines();
     ASSERT_EQ(sets.size(), 6u * 13);
     for (int slot = 1; slot <= 6; ++slot) {
         const std::size_t at = (slot - 1) * 13;

@@ -1,4 +1,5 @@
 // The session as the user sees it: plug, poll, unplug, replug, another model.
+#include "support/CapturedLines.h"
 #include "Common/NotificationCenter.h"
 #include "HIDDevice/Platform/Virtual/VirtualHidManager.h"
 #include "Protocol/UploadSequences.h"
@@ -186,7 +187,7 @@ TEST_F(Session, ATwoSecondUploadLeavesTheWindowFreeAndPollTicksMeanwhileAreSkipp
     UploadSequences::NineReports table{};
     table[574] = 0xAA;
     table[575] = 0x55;
-    testing::internal::CaptureStdout();
+    captureLines();
     for (int i = 0; i < 14; ++i)
         controller->submitSequence(UploadSequences::keyTable(1, table));
     int ticksWhileBusy = 0;
@@ -199,7 +200,7 @@ TEST_F(Session, ATwoSecondUploadLeavesTheWindowFreeAndPollTicksMeanwhileAreSkipp
     });
     ticker.start(50);
     const bool settled = waitUntil([&] { return !controller->hidcomm_busy; }, 10000);
-    testing::internal::GetCapturedStdout();
+    capturedLines();
     ASSERT_TRUE(settled);
     EXPECT_GT(ticksWhileBusy, 10) << "the event loop kept turning during the upload";
     EXPECT_EQ(keyboard->firmware().commandCount(Protocol::Command::ReadStatus), statusPollsBefore)
