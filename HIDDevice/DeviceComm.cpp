@@ -25,13 +25,14 @@ std::string arrayNotation(const uint8_t* bytes, std::size_t length)
     return out + "]";
 }
 
+const HidStatus kStopped{HidResult::NotResponding, "the transport is stopped"};
+const HidStatus kNoDevice{HidResult::NotResponding, "no device"};
+
 }  // namespace
 
 DeviceComm::DeviceComm(std::shared_ptr<HidDeviceHandle> device, Sleeper sleeper)
     : device_(std::move(device)), sleeper_(std::move(sleeper))
 {
-    if (device_)
-        productId_ = hidIntProperty(*device_, QStringLiteral("ProductID"));
 }
 
 bool DeviceComm::hexDumpEnabled()
@@ -51,88 +52,87 @@ void DeviceComm::sleep(std::chrono::milliseconds duration) const
         std::this_thread::sleep_for(duration);
 }
 
-int DeviceComm::setReport(const uint8_t* bytes, std::size_t length)
+HidStatus DeviceComm::setReport(const uint8_t* bytes, std::size_t length)
 {
     if (!device_)
-        return HidResult::NotResponding;
-    const int status = device_->setFeatureReport(Protocol::kReportId, {bytes, length});
+        return kNoDevice;
+    const HidStatus status = device_->setFeatureReport(Protocol::kReportId, {bytes, length});
     if (hexDumpEnabled())
         std::cerr << "hid set  [" << status << "] " << hexString({bytes, length}, true) << std::endl;
     return status;
 }
 
-int DeviceComm::getReport(std::vector<uint8_t>& buffer, std::size_t& length)
+HidStatus DeviceComm::getReport(std::vector<uint8_t>& buffer, std::size_t& length)
 {
     if (!device_)
-        return HidResult::NotResponding;
-    const int status = device_->getFeatureReport(Protocol::kReportId, {buffer.data(), length}, length);
+        return kNoDevice;
+    const HidStatus status = device_->getFeatureReport(Protocol::kReportId, {buffer.data(), length}, length);
     if (hexDumpEnabled())
         std::cerr << "hid get  [" << status << "] " << hexString({buffer.data(), length}, true) << std::endl;
     return status;
 }
 
-bool DeviceComm::exchange(const std::vector<uint8_t>& request, std::vector<uint8_t>& reply, bool& setFailed)
+HidStatus DeviceComm::exchange(const std::vector<uint8_t>& request, std::vector<uint8_t>& reply, bool& setFailed)
 {
     setFailed = false;
     std::size_t length = Protocol::kReportSize;
 
     sleep(kStepDelay);
-    if (setReport(request.data(), length) != HidResult::Success) {
+    if (HidStatus set = setReport(request.data(), length); !set) {
         setFailed = true;
-        return false;
+        return set;
     }
     sleep(kStepDelay);
-    // A failed read leaves the copy as it was, so byte 3 of the request then
-    // decides about the repeat, as it does on the original platform.
+    // A failed read leaves the copy and the length as they were, so byte 3 of
+    // the request then decides about the repeat, and a repeat resends all of it.
     std::vector<uint8_t> copy = request;
-    int readStatus = getReport(copy, length);
+    HidStatus readStatus = getReport(copy, length);
     reply = copy;
     if (copy[Protocol::Offset::ReplyStatus] != Protocol::kReplyRepeat)
-        return readStatus == HidResult::Success;
+        return readStatus;
 
     sleep(kStepDelay);
-    if (setReport(request.data(), length) != HidResult::Success) {
+    if (HidStatus set = setReport(request.data(), length); !set) {
         setFailed = true;
-        return false;
+        return set;
     }
     sleep(kStepDelay);
     std::vector<uint8_t> second = request;
     std::size_t secondLength = Protocol::kReportSize;
     readStatus = getReport(second, secondLength);
     reply = second;
-    return readStatus == HidResult::Success;
+    return readStatus;
 }
 
-bool DeviceComm::runExchange(const std::vector<uint8_t>& request, std::vector<uint8_t>* replyTarget)
+HidStatus DeviceComm::runExchange(const std::vector<uint8_t>& request, std::vector<uint8_t>* replyTarget)
 {
-    if (deviceStatus_ == 0 || request.size() < Protocol::kReportSize)
-        return false;
-    isBusy_ = true;
+    if (deviceStatus_ == 0)
+        return kStopped;
+    if (request.size() < Protocol::kReportSize)
+        return {HidResult::BadArgument, "a request of " + std::to_string(request.size()) + " bytes"};
     std::vector<uint8_t> reply;
     bool setFailed = false;
-    const bool ok = exchange(request, reply, setFailed);
+    const HidStatus status = exchange(request, reply, setFailed);
     // After a failed set the caller's buffer keeps its request.
     if (replyTarget && !setFailed)
         std::copy_n(reply.begin(), Protocol::kReportSize, replyTarget->begin());
-    isBusy_ = false;
-    return ok;
+    return status;
 }
 
-bool DeviceComm::sendDeviceData(const std::vector<uint8_t>& data)
+HidStatus DeviceComm::sendDeviceData(const std::vector<uint8_t>& data)
 {
     return runExchange(data, nullptr);
 }
 
-bool DeviceComm::getDeviceData(std::vector<uint8_t>& data)
+HidStatus DeviceComm::getDeviceData(std::vector<uint8_t>& data)
 {
     return runExchange(data, &data);
 }
 
-bool DeviceComm::sendDeviceData(const std::vector<uint8_t>& data, int length)
+HidStatus DeviceComm::sendDeviceData(const std::vector<uint8_t>& data, int length)
 {
     if (deviceStatus_ == 0)
-        return false;
-    isBusy_ = true;
+        return kStopped;
     const int n = length / static_cast<int>(Protocol::kReportSize);
     for (int i = 0; i + 1 < n; ++i) {
         const std::size_t offset = static_cast<std::size_t>(i) * Protocol::kReportSize;
@@ -141,9 +141,10 @@ bool DeviceComm::sendDeviceData(const std::vector<uint8_t>& data, int length)
         const uint8_t* report = data.data() + offset;
         OutputLine::print("newArr-" + std::to_string(i) + arrayNotation(report, Protocol::kReportSize));
         sleep(kStepDelay);
-        if (setReport(report, Protocol::kReportSize) != HidResult::Success)
+        if (const HidStatus set = setReport(report, Protocol::kReportSize); !set) {
+            qCWarning(lcOrvane, "data report %d not sent: %s", i, set.reason().c_str());
             break;
+        }
     }
-    isBusy_ = false;
-    return true;
+    return {};
 }

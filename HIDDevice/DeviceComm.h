@@ -6,8 +6,10 @@
 // the fixed 10 ms before each step, reads one report back after each single
 // report and repeats a report once when the reply's byte 3 is 255. It knows
 // nothing of commands. The operations block their caller; the application
-// calls them only on its transport thread. Set ORVANE_HID_DUMP=1 to print
-// every report in hex on standard error.
+// calls them only on its transport thread. Each answers with a HidStatus, so
+// a failure carries its reason. Whether the transport is busy is the
+// transport queue's fact (TransportQueue::isBusy), not kept here. Set
+// ORVANE_HID_DUMP=1 to print every report in hex on standard error.
 
 #include "HIDDevice/Platform/HidDeviceHandle.h"
 
@@ -27,16 +29,16 @@ public:
     explicit DeviceComm(std::shared_ptr<HidDeviceHandle> device, Sleeper sleeper = {});
 
     // One report out, one reply read and dropped (a repeat on 255 included).
-    bool sendDeviceData(const std::vector<uint8_t>& data);
-    // n = length / 64; sends reports 0 .. n-2 and reads nothing back.
-    bool sendDeviceData(const std::vector<uint8_t>& data, int length);
+    HidStatus sendDeviceData(const std::vector<uint8_t>& data);
+    // n = length / 64; sends reports 0 .. n-2 and reads nothing back. A set
+    // that fails stops the run; the result is still a success, as callers of
+    // a run never act on it, but the reason is logged.
+    HidStatus sendDeviceData(const std::vector<uint8_t>& data, int length);
     // Like the first, but the reply replaces the caller's buffer.
-    bool getDeviceData(std::vector<uint8_t>& data);
+    HidStatus getDeviceData(std::vector<uint8_t>& data);
 
     int deviceStatus() const { return deviceStatus_; }
     void setDeviceStatus(int status) { deviceStatus_ = status; }
-    int productId() const { return productId_; }
-    bool isBusy() const { return isBusy_; }
     const std::shared_ptr<HidDeviceHandle>& device() const { return device_; }
 
     // Set when the session that owns this transport ends (unplug): steps of
@@ -49,18 +51,16 @@ public:
 
 private:
     // The single-report exchange shared by sendDeviceData and getDeviceData.
-    // Returns the read status; `reply` holds the last reply, or is untouched
-    // when a set failed (then `setFailed` is true).
-    bool exchange(const std::vector<uint8_t>& request, std::vector<uint8_t>& reply, bool& setFailed);
+    // Returns the status of the last read; `reply` holds the last reply, or
+    // is untouched when a set failed (then `setFailed` is true).
+    HidStatus exchange(const std::vector<uint8_t>& request, std::vector<uint8_t>& reply, bool& setFailed);
     // One exchange; the reply goes to `replyTarget` when one is given.
-    bool runExchange(const std::vector<uint8_t>& request, std::vector<uint8_t>* replyTarget);
-    int setReport(const uint8_t* bytes, std::size_t length);
-    int getReport(std::vector<uint8_t>& buffer, std::size_t& length);
+    HidStatus runExchange(const std::vector<uint8_t>& request, std::vector<uint8_t>* replyTarget);
+    HidStatus setReport(const uint8_t* bytes, std::size_t length);
+    HidStatus getReport(std::vector<uint8_t>& buffer, std::size_t& length);
 
     std::shared_ptr<HidDeviceHandle> device_;
     Sleeper sleeper_;
     int deviceStatus_ = 1;
-    int productId_ = 0;
-    std::atomic<bool> isBusy_ = false;
     std::atomic<bool> released_ = false;
 };

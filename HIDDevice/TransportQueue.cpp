@@ -1,5 +1,7 @@
 #include "HIDDevice/TransportQueue.h"
 
+#include "Common/OutputLine.h"
+
 #include <QCoreApplication>
 #include <QElapsedTimer>
 #include <QMetaObject>
@@ -23,23 +25,28 @@ TransportQueue::~TransportQueue()
         worker_.join();
 }
 
-void TransportQueue::submit(std::shared_ptr<DeviceComm> comm, ReportSequence sequence, ReplyHandler onReply)
+bool TransportQueue::submit(std::shared_ptr<DeviceComm> comm, ReportSequence sequence, ReplyHandler onReply)
 {
+    if (!sequence.refusal.empty()) {
+        OutputLine::print("not sent: " + sequence.name + ": " + sequence.refusal);
+        return false;
+    }
     if (!comm)
-        return;
+        return false;
     ++pending_;
     if (pending_ == 1)
         emit busyChanged(true);
     Job job{std::move(comm), std::move(sequence), std::move(onReply)};
     if (capture_) {
         capture_->push_back(std::move(job));
-        return;
+        return true;
     }
     {
         std::lock_guard lock(mutex_);
         queue_.push_back(std::move(job));
     }
     wake_.notify_all();
+    return true;
 }
 
 bool TransportQueue::waitForIdle(std::chrono::milliseconds timeout)
@@ -113,7 +120,7 @@ void TransportQueue::execute(Job& job)
             result.reply = step.data;
             if (!comm.isReleased()) {
                 result.sent = true;
-                result.ok = comm.getDeviceData(result.reply);
+                result.status = comm.getDeviceData(result.reply);
             }
             if (!job.onReply || replyDelivered)
                 break;

@@ -3,9 +3,11 @@
 //
 // The main thread hands over report sequences; one worker thread executes
 // them in FIFO order through the sequence's DeviceComm, with DeviceComm's
-// fixed delays, so the window never waits for the keyboard. `pending()` counts
-// sequences from hand-over to end and is what the application shows as
-// "busy"; it is read and written on the owner (main) thread only.
+// fixed delays, so the window never waits for the keyboard. `isBusy()` is
+// the application's one fact of "busy": true from the hand-over of a sequence
+// until its end, kept on the owner (main) thread only. A sequence built with
+// a refusal (a value that does not fit its byte) is not handed over; a line
+// on standard output says so.
 //
 // An exchange can carry a reply handler. The worker then stops after that
 // exchange until the handler has run on the owner thread; every sequence the
@@ -18,7 +20,7 @@
 // skipped; the sequence still ends normally.
 
 #include "HIDDevice/DeviceComm.h"
-#include "HIDDevice/ReportSequence.h"
+#include "Protocol/ReportSequence.h"
 
 #include <QObject>
 
@@ -34,9 +36,10 @@ class TransportQueue : public QObject {
     Q_OBJECT
 public:
     struct ExchangeResult {
-        bool ok = false;         // the exchange's own result
+        HidStatus status{HidResult::NotResponding, "not sent"};  // the exchange's own result
         bool sent = false;       // false when the step was skipped (no device)
         std::vector<uint8_t> reply;
+        bool ok() const { return sent && status.ok(); }
     };
     using ReplyHandler = std::function<void(const ExchangeResult&)>;
 
@@ -44,8 +47,9 @@ public:
     ~TransportQueue() override;
 
     // Hands a sequence over. `onReply` runs on this object's thread for the
-    // sequence's first Exchange step.
-    void submit(std::shared_ptr<DeviceComm> comm, ReportSequence sequence, ReplyHandler onReply = {});
+    // sequence's first Exchange step. Returns false when nothing was handed
+    // over (no transport, or a refused sequence).
+    bool submit(std::shared_ptr<DeviceComm> comm, ReportSequence sequence, ReplyHandler onReply = {});
 
     int pending() const { return pending_; }
     bool isBusy() const { return pending_ > 0; }

@@ -9,14 +9,23 @@ using Protocol::Command;
 namespace UploadSequences {
 namespace {
 
-uint8_t byteOf(int value) { return static_cast<uint8_t>(value & 0xFF); }
+// `value` as the single byte it travels in. One that does not fit marks the
+// sequence as refused, so that it never reaches the keyboard cut short.
+uint8_t fitByte(ReportSequence& seq, const char* what, long long value)
+{
+    if (value >= 0 && value <= 0xFF)
+        return static_cast<uint8_t>(value);
+    if (seq.refusal.empty())
+        seq.refusal = std::string(what) + " " + std::to_string(value) + " does not fit a byte";
+    return 0;
+}
 
 // A data report sent on its own: 64 payload bytes in a 65-byte buffer.
 ReportStep singleReport(const Report& block)
 {
     std::vector<uint8_t> buffer(Protocol::kFrameBufferSize, 0);
     std::copy(block.begin(), block.end(), buffer.begin());
-    return {ReportStep::Kind::Single, std::move(buffer), 0, {}};
+    return ReportStep::singleData(std::move(buffer));
 }
 
 // Nine reports in a buffer of `bufferSize`, sent as a run of `runLength`
@@ -31,12 +40,13 @@ ReportStep nineReportRun(const NineReports& data, std::size_t bufferSize, std::s
 // The opening every upload but the macro store shares: 0x18 (the fresh
 // frame), then the header announcing `count` data reports for `target`. The
 // frame stays set for the closing frames.
-ReportSequence opening(std::string name, CommandFrame& frame, Command header, int target, std::size_t count)
+ReportSequence opening(std::string name, CommandFrame& frame, Command header, const char* targetName,
+                       long long target, std::size_t count)
 {
-    ReportSequence seq{std::move(name), {}};
+    ReportSequence seq{std::move(name), {}, {}};
     seq.steps.push_back(ReportStep::single(frame));
     frame.setCommand(header);
-    frame.setTarget(byteOf(target));
+    frame.setTarget(fitByte(seq, targetName, target));
     frame.setDataCount(static_cast<uint8_t>(count));
     seq.steps.push_back(ReportStep::single(frame));
     return seq;
@@ -47,8 +57,8 @@ ReportSequence opening(std::string name, CommandFrame& frame, Command header, in
 ReportSequence keyTable(int profile, const NineReports& table)
 {
     CommandFrame frame(Command::BeginUpload);
-    ReportSequence seq = opening("key table " + std::to_string(profile), frame, Command::KeyTable, profile,
-                                 Protocol::kKeyTableReports);
+    ReportSequence seq = opening("key table " + std::to_string(profile), frame, Command::KeyTable, "profile",
+                                 profile, Protocol::kKeyTableReports);
     seq.steps.push_back(nineReportRun(table, Protocol::kKeyTableBufferSize, Protocol::kKeyTableRunLength));
     frame.setCommand(Command::EndUpload);
     frame.setDataCount(0);
@@ -59,7 +69,8 @@ ReportSequence keyTable(int profile, const NineReports& table)
 ReportSequence lightMode(int profile, const Report& block)
 {
     CommandFrame frame(Command::BeginUpload);
-    ReportSequence seq = opening("light mode " + std::to_string(profile), frame, Command::LightMode, profile, 1);
+    ReportSequence seq = opening("light mode " + std::to_string(profile), frame, Command::LightMode, "profile",
+                                 profile, 1);
     seq.steps.push_back(singleReport(block));
     frame.setCommand(Command::EndUpload);
     frame.setDataCount(0);
@@ -73,7 +84,8 @@ ReportSequence userLightColors(int slot, const NineReports& colors)
 {
     CommandFrame frame(Command::BeginUpload);
     ReportSequence seq = opening("user light slot " + std::to_string(slot), frame, Command::UserLightData,
-                                 Protocol::kUserLightTargetBase + slot, Protocol::kUserLightReports);
+                                 "target", Protocol::kUserLightTargetBase + static_cast<long long>(slot),
+                                 Protocol::kUserLightReports);
     seq.steps.push_back(nineReportRun(colors, Protocol::kUserLightBufferSize, Protocol::kUserLightRunLength));
     frame.clear();
     frame.setCommand(Command::EndUpload);
@@ -99,7 +111,8 @@ std::vector<ReportSequence> userLightReset(const NineReports& blankColors)
 ReportSequence systemSettings(int profile, const Report& block)
 {
     CommandFrame frame(Command::BeginUpload);
-    ReportSequence seq = opening("system settings " + std::to_string(profile), frame, Command::SystemSet, profile, 1);
+    ReportSequence seq = opening("system settings " + std::to_string(profile), frame, Command::SystemSet, "profile",
+                                 profile, 1);
     seq.steps.push_back(singleReport(block));
     frame.clear();
     frame.setCommand(Command::EndUpload);
@@ -110,11 +123,11 @@ ReportSequence systemSettings(int profile, const Report& block)
 ReportSequence macroStore(std::span<const uint8_t> store)
 {
     const std::size_t blocks = store.size() / Protocol::kReportSize;
-    ReportSequence seq{"macro store", {}};
+    ReportSequence seq{"macro store", {}, {}};
     CommandFrame frame(Command::BeginMacro);
     seq.steps.push_back(ReportStep::single(frame));
     frame.setCommand(Command::MacroData);
-    frame.setDataCount(byteOf(static_cast<int>(blocks)));
+    frame.setDataCount(fitByte(seq, "count", static_cast<long long>(blocks)));
     seq.steps.push_back(ReportStep::single(frame));
     seq.steps.push_back(ReportStep::sleep(std::chrono::milliseconds(Protocol::kMacroPauseMs)));
     std::vector<uint8_t> buffer(std::max(Protocol::kMacroBufferSize, store.size() + Protocol::kReportSize), 0);
@@ -129,7 +142,7 @@ ReportSequence macroStore(std::span<const uint8_t> store)
 
 ReportSequence statusPoll()
 {
-    ReportSequence seq{"status poll", {}};
+    ReportSequence seq{"status poll", {}, {}};
     seq.steps.push_back(ReportStep::exchange(CommandFrame(Command::ReadStatus)));
     seq.steps.push_back(ReportStep::single(CommandFrame(Command::EndUpload)));
     return seq;

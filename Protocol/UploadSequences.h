@@ -3,8 +3,11 @@
 // thread. Each builder takes the finished payload of its block; the framing
 // (opening command, header, data, closing frames, and which bytes of the
 // reused frame buffer stay set) is decided here and nowhere else.
+//
+// A profile, target or count that does not fit its single byte leaves the
+// sequence with a `refusal`; the transport queue does not send such a one.
 
-#include "HIDDevice/ReportSequence.h"
+#include "Protocol/ReportSequence.h"
 #include "Protocol/Command.h"
 
 #include <array>

@@ -29,6 +29,8 @@ struct VirtualKeyboard::State {
 
 namespace {
 
+const HidStatus kUnplugged{HidResult::NotResponding, "the virtual keyboard is unplugged"};
+
 // The sizes a real keyboard's interfaces report, which is how the app tells
 // the configuration interface from the other two.
 struct InterfaceShape {
@@ -54,14 +56,14 @@ public:
     {
     }
 
-    int setFeatureReport(uint8_t reportId, std::span<const uint8_t> data) override
+    HidStatus setFeatureReport(uint8_t reportId, std::span<const uint8_t> data) override
     {
         std::lock_guard lock(state_->mutex);
         if (!state_->plugged)
-            return HidResult::NotResponding;
+            return kUnplugged;
         if (which_ != VirtualKeyboard::Interface::Configuration || reportId != Protocol::kReportId
             || data.size() != Protocol::kReportSize)
-            return HidResult::BadArgument;
+            return {HidResult::BadArgument, "only feature report 4 of 64 bytes on the configuration interface"};
 
         const FirmwareModel::Time at = state_->clock();
         state_->firmware.set(data, at);
@@ -69,16 +71,16 @@ public:
         std::copy(data.begin(), data.end(), record.data.begin());
         state_->trace.record(record);
         state_->printNewFaults();
-        return HidResult::Success;
+        return {};
     }
 
-    int getFeatureReport(uint8_t reportId, std::span<uint8_t> buffer, std::size_t& length) override
+    HidStatus getFeatureReport(uint8_t reportId, std::span<uint8_t> buffer, std::size_t& length) override
     {
         std::lock_guard lock(state_->mutex);
         if (!state_->plugged)
-            return HidResult::NotResponding;
+            return kUnplugged;
         if (which_ != VirtualKeyboard::Interface::Configuration || reportId != Protocol::kReportId)
-            return HidResult::BadArgument;
+            return {HidResult::BadArgument, "only feature report 4 on the configuration interface"};
 
         const FirmwareModel::Time at = state_->clock();
         const FirmwareModel::Report reply = state_->firmware.get(at);
@@ -87,7 +89,7 @@ public:
 
         length = std::min({length, buffer.size(), reply.size()});
         std::copy_n(reply.begin(), length, buffer.begin());
-        return HidResult::Success;
+        return {};
     }
 
     QVariant property(const QString& key) const override

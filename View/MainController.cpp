@@ -23,7 +23,6 @@ MainController::MainController(Environment environment, QWidget* parent)
       transport_(std::make_unique<TransportQueue>())
 {
     setObjectName(QStringLiteral("MainController"));
-    connect(transport_.get(), &TransportQueue::busyChanged, this, [this](bool busy) { hidcomm_busy = busy; });
     rfDeviceMonitor.setProblemHandler([this](const QString& message) {
         QMetaObject::invokeMethod(this, [this, message] { showProblem(message); }, Qt::QueuedConnection);
     });
@@ -100,6 +99,14 @@ std::optional<HIDDevice> MainController::connectedDevice() const
     return kbHIDdevice_;
 }
 
+std::optional<MainController::Announcement> MainController::announcement() const
+{
+    std::lock_guard lock(sessionMutex_);
+    if (!kbHIDdevice_)
+        return std::nullopt;
+    return Announcement{*kbHIDdevice_, device_name_, announcedType_};
+}
+
 std::shared_ptr<DeviceComm> MainController::currentTransport() const
 {
     std::lock_guard lock(sessionMutex_);
@@ -112,7 +119,7 @@ QString MainController::deviceName() const
     return device_name_;
 }
 
-void MainController::submitSequence(ReportSequence sequence, TransportQueue::ReplyHandler onReply)
+bool MainController::submitSequence(ReportSequence sequence, TransportQueue::ReplyHandler onReply)
 {
-    transport_->submit(currentTransport(), std::move(sequence), std::move(onReply));
+    return transport_->submit(currentTransport(), std::move(sequence), std::move(onReply));
 }

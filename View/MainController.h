@@ -21,9 +21,11 @@
 #include <QWidget>
 
 #include <atomic>
+#include <functional>
 #include <memory>
 #include <mutex>
 #include <optional>
+#include <vector>
 
 class DeviceSQLite;
 class ImageButton;
@@ -67,6 +69,15 @@ public:
     void getKeyboardProfile();   // starts the poll timer
     void pollKeyboardProfile();  // one tick of it
     void swicthProfile(int profileId);
+    // The user's choice of profile (the profile menu). Goes through
+    // afterPollReply, so a choice made while a poll is out lands after it.
+    void pickProfile(int profileId);
+    // Runs `action` now, or, while a status poll's reply is still owed, right
+    // after that reply has been acted on, in the order given: what the user
+    // does during a poll then happens as if the poll had held the window, as
+    // it would in a program with one thread. User actions that read or write
+    // the active profile go through here.
+    void afterPollReply(std::function<void()> action);
 
     // ---- Window (MainControllerUI) ---------------------------------------
     void InitUI();
@@ -77,12 +88,23 @@ public:
     void showProblem(const QString& message);
 
     // Hands a sequence to the transport thread on the session's transport.
-    // Does nothing without a session.
-    void submitSequence(ReportSequence sequence, TransportQueue::ReplyHandler onReply = {});
+    // Does nothing without a session; false when nothing was handed over.
+    bool submitSequence(ReportSequence sequence, TransportQueue::ReplyHandler onReply = {});
     TransportQueue& transport() { return *transport_; }
+    // True from the hand-over of a sequence until its end.
+    bool hidcomm_busy() const { return transport_->isBusy(); }
+
+    // What the monitor thread announced, taken together under one lock: the
+    // device, its product string and the model (`g_device_type`) it makes.
+    struct Announcement {
+        HIDDevice device;
+        QString name;
+        int deviceType = 1;
+    };
 
     // Thread-safe views of the fields the monitor thread writes.
     std::optional<HIDDevice> connectedDevice() const;
+    std::optional<Announcement> announcement() const;
     std::shared_ptr<DeviceComm> currentTransport() const;
     QString deviceName() const;
 
@@ -98,7 +120,6 @@ public:
     QString deviceDBfile;
     std::unique_ptr<LocalSQLite> localDB;
     QString localDBfile;
-    bool hidcomm_busy = false;            // mirrors the transport queue
     std::atomic<bool> deviceState = false;
     std::atomic<bool> isSendDevice = false;
     int currentProfile = 1;
@@ -121,12 +142,28 @@ protected:
 private:
     Environment environment_;
 
+    // Called with sessionMutex_ held: makes `device` the announced keyboard,
+    // model and flags first, the handle last.
+    void announceLocked(const HIDDevice& device);
+
     // The monitor thread writes these; the main thread reads them. The
     // flags above are atomics; the rest is behind this lock.
     mutable std::mutex sessionMutex_;
     std::optional<HIDDevice> kbHIDdevice_;
     QString device_name_;
+    int announcedType_ = 1;
     std::shared_ptr<DeviceComm> deviceComm_;
+    // Matching keyboards that arrived while another was in session, in order;
+    // the first still plugged takes over when the one in session goes.
+    std::vector<HIDDevice> waiting_;
+
+    // Main thread: the announcement ConnectDevice set the session up from.
+    std::optional<Announcement> session_;
+    // Main thread: a status poll's reply is owed, and what waits for it.
+    bool pollReplyOwed_ = false;
+    bool inPollReply_ = false;
+    std::vector<std::function<void()>> afterPollReply_;
+    void runAfterPollReply();
 
     std::unique_ptr<TransportQueue> transport_;
     std::unique_ptr<HIDMonitorThread> monitorThread_;

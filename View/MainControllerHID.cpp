@@ -8,6 +8,19 @@
 #include "SQLite/DeviceSQLite.h"
 #include "View/control/ButtonView.h"
 
+#include <algorithm>
+
+void MainController::announceLocked(const HIDDevice& device)
+{
+    // The main thread sees the handle only together with the rest, so a
+    // queued refreshUI never finds a new keyboard under the old model.
+    announcedType_ = DeviceModel::deviceTypeForProduct(device.name);
+    g_device_type = announcedType_;
+    deviceState = true;
+    isSendDevice = true;
+    device_name_ = device.name;
+    kbHIDdevice_ = device;
+}
 
 void MainController::deviceConnected(const QVariant& object)
 {
@@ -16,14 +29,15 @@ void MainController::deviceConnected(const QVariant& object)
         return;
     {
         std::lock_guard lock(sessionMutex_);
-        if (kbHIDdevice_ && kbHIDdevice_->isSameDevice(device))
+        if (kbHIDdevice_) {
+            // One keyboard at a time: another one waits until this one goes.
+            const auto known = [&](const HIDDevice& d) { return d.isSameDevice(device); };
+            if (!kbHIDdevice_->isSameDevice(device) && std::none_of(waiting_.begin(), waiting_.end(), known))
+                waiting_.push_back(device);
             return;
-        kbHIDdevice_ = device;
-        device_name_ = device.name;
+        }
+        announceLocked(device);
     }
-    g_device_type = DeviceModel::deviceTypeForProduct(device.name);
-    deviceState = true;
-    isSendDevice = true;
     QMetaObject::invokeMethod(this, [this] { refreshUI(); }, Qt::QueuedConnection);
 }
 
@@ -34,6 +48,7 @@ void MainController::deviceDisconnected(const QVariant& object)
         return;
     {
         std::lock_guard lock(sessionMutex_);
+        std::erase_if(waiting_, [&](const HIDDevice& d) { return d.isSameDevice(device); });
         if (!kbHIDdevice_ || !kbHIDdevice_->isSameDevice(device))
             return;
         kbHIDdevice_.reset();
@@ -43,6 +58,10 @@ void MainController::deviceDisconnected(const QVariant& object)
         if (deviceComm_)
             deviceComm_->release();
         deviceComm_.reset();
+        if (!waiting_.empty()) {
+            announceLocked(waiting_.front());
+            waiting_.erase(waiting_.begin());
+        }
     }
     QMetaObject::invokeMethod(this, [this] { refreshUI(); }, Qt::QueuedConnection);
 }
@@ -63,11 +82,16 @@ void MainController::refreshUI()
 
 void MainController::ConnectDevice()
 {
-    if (currentTransport() || !connectedDevice())
+    if (currentTransport())
         return;
-    setCurrentDevice(g_device_type);
+    // Device, name and model are taken once; everything below works from
+    // this one snapshot, whatever the monitor thread announces meanwhile.
+    session_ = announcement();
+    if (!session_)
+        return;
+    setCurrentDevice(session_->deviceType);
     initSQLite();
-    if (!deviceDB)
+    if (!currentTransport() || !deviceDB)
         return;
     // The stored profile wins at connection; the poll follows the keyboard
     // afterwards. A seeded database always holds a number here.

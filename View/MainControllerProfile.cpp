@@ -13,20 +13,50 @@ void MainController::getKeyboardProfile()
 
 void MainController::pollKeyboardProfile()
 {
-    if (!deviceState || hidcomm_busy)
+    // A tick waits while the last poll's reply, or what waited for it, is due.
+    if (!deviceState || hidcomm_busy() || pollReplyOwed_)
         return;
     // Without a transport (just announced) nothing is handed over.
-    submitSequence(UploadSequences::statusPoll(), [this](const TransportQueue::ExchangeResult& result) {
+    auto onReply = [this](const TransportQueue::ExchangeResult& result) {
+        inPollReply_ = true;
         // Without a reply the request's own byte 9 (0) would read as
         // profile 1: a tick without a usable reply changes nothing.
-        if (!result.sent || !result.ok)
-            return;
-        const int reported = Protocol::clampReportedProfile(result.reply[Protocol::Offset::ReplyProfile]);
-        if (reported != currentProfile) {
-            currentProfile = reported;
-            swicthProfile(reported);
+        if (result.ok()) {
+            const int reported = Protocol::clampReportedProfile(result.reply[Protocol::Offset::ReplyProfile]);
+            if (reported != currentProfile) {
+                currentProfile = reported;
+                swicthProfile(reported);
+            }
         }
-    });
+        inPollReply_ = false;
+        // What this handler hands over goes out before the poll's closing
+        // frame; what the user did meanwhile follows it, as its own call.
+        QMetaObject::invokeMethod(this, [this] { runAfterPollReply(); }, Qt::QueuedConnection);
+    };
+    pollReplyOwed_ = submitSequence(UploadSequences::statusPoll(), std::move(onReply));
+}
+
+void MainController::afterPollReply(std::function<void()> action)
+{
+    if (!pollReplyOwed_ || inPollReply_) {
+        action();
+        return;
+    }
+    afterPollReply_.push_back(std::move(action));
+}
+
+void MainController::runAfterPollReply()
+{
+    pollReplyOwed_ = false;
+    std::vector<std::function<void()>> waiting;
+    waiting.swap(afterPollReply_);
+    for (auto& action : waiting)
+        action();
+}
+
+void MainController::pickProfile(int profileId)
+{
+    afterPollReply([this, profileId] { swicthProfile(profileId); });
 }
 
 void MainController::swicthProfile(int profileId)

@@ -28,12 +28,13 @@ void MainController::initSQLite()
 {
     {
         std::lock_guard lock(sessionMutex_);
-        // The keyboard may have gone between the announcement and now.
-        if (!kbHIDdevice_)
+        // The keyboard of the session may have gone since ConnectDevice took
+        // its snapshot; the next refreshUI sets up the one announced now.
+        if (!kbHIDdevice_ || !session_ || !kbHIDdevice_->isSameDevice(session_->device))
             return;
-        deviceComm_ = std::make_shared<DeviceComm>(kbHIDdevice_->device, environment_.transportSleeper);
+        deviceComm_ = std::make_shared<DeviceComm>(session_->device.device, environment_.transportSleeper);
     }
-    deviceDBfile = deviceDatabaseFileName(g_device_type);
+    deviceDBfile = deviceDatabaseFileName(session_->deviceType);
 
     const QString stored = localDB ? localDB->getLocalData(kOwner, QStringLiteral("version")) : QString();
     const VersionCheck version = checkDeviceDatabaseVersion(stored);

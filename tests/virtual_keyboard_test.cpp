@@ -27,11 +27,11 @@ struct SteppedClock {
     }
 };
 
-std::vector<uint8_t> reply(HidDeviceHandle& h, int* result = nullptr)
+std::vector<uint8_t> reply(HidDeviceHandle& h, HidStatus* result = nullptr)
 {
     std::vector<uint8_t> buffer(64, 0xEE);
     std::size_t length = buffer.size();
-    const int r = h.getFeatureReport(4, buffer, length);
+    const HidStatus r = h.getFeatureReport(4, buffer, length);
     if (result)
         *result = r;
     buffer.resize(length);
@@ -64,7 +64,7 @@ TEST(VirtualKeyboard, ShowsTheThreeInterfacesOfARealKeyboard)
     const auto frame = report({0x04, 0x30});
     EXPECT_EQ(ifaces[0]->setFeatureReport(4, frame), HidResult::BadArgument);
     EXPECT_EQ(ifaces[1]->setFeatureReport(4, frame), HidResult::BadArgument);
-    int result = -1;
+    HidStatus result;
     reply(*ifaces[0], &result);
     EXPECT_EQ(result, HidResult::BadArgument);
     EXPECT_EQ(kb.setCount() + kb.getCount(), 0);
@@ -99,7 +99,7 @@ TEST(VirtualKeyboard, UnplugFailsTransfersWhileRemovalListenersCanStillReadPrope
     bus->unplug(kb);
     EXPECT_EQ(removed, QStringList(3, QStringLiteral("ORVANE M61")));
     EXPECT_EQ(config->setFeatureReport(4, report({0x04, 0x02})), HidResult::NotResponding);
-    int result = -1;
+    HidStatus result;
     reply(*config, &result);
     EXPECT_EQ(result, HidResult::NotResponding);
     EXPECT_EQ(kb->setCount(), 1);

@@ -2,11 +2,13 @@
 // One HID interface as the platform presents it.
 //
 // Every byte that reaches a keyboard passes through `setFeatureReport` and
-// `getFeatureReport`; only DeviceComm calls them. Results follow the platform
-// convention of the original HID calls: 0 is success, anything else a failure
-// code (see HidResult). Properties are read by name ("LocationID", "VendorID",
-// "ProductID", "MaxInputReportSize", "MaxFeatureReportSize", "Product") and are
-// an invalid QVariant when the platform does not know them.
+// `getFeatureReport`; only DeviceComm calls them. Each gives a HidStatus: the
+// kind of failure and the reason in words. Properties are read by name
+// ("LocationID", "VendorID", "ProductID", "MaxInputReportSize",
+// "MaxFeatureReportSize", "Product") and are an invalid QVariant when the
+// platform does not know them.
+
+#include "HIDDevice/Platform/HidStatus.h"
 
 #include <QVariant>
 #include <QString>
@@ -15,24 +17,18 @@
 #include <cstdint>
 #include <span>
 
-namespace HidResult {
-inline constexpr int Success = 0;
-inline constexpr int NotResponding = 1;   // device gone or the transfer failed
-inline constexpr int NoPermission = 2;    // the node exists but we may not open it
-inline constexpr int BadArgument = 3;
-}  // namespace HidResult
-
 class HidDeviceHandle {
 public:
     virtual ~HidDeviceHandle() = default;
 
     // Sends `data` (64 bytes) as feature report `reportId`. Byte 0 of `data` is
     // the first byte on the wire, whatever it holds.
-    virtual int setFeatureReport(uint8_t reportId, std::span<const uint8_t> data) = 0;
+    virtual HidStatus setFeatureReport(uint8_t reportId, std::span<const uint8_t> data) = 0;
 
     // Reads feature report `reportId` into `buffer`; `length` is the number of
-    // bytes asked for on entry and received on return.
-    virtual int getFeatureReport(uint8_t reportId, std::span<uint8_t> buffer, std::size_t& length) = 0;
+    // bytes asked for on entry and received on return. A failed read leaves
+    // both `buffer` and `length` as they were.
+    virtual HidStatus getFeatureReport(uint8_t reportId, std::span<uint8_t> buffer, std::size_t& length) = 0;
 
     virtual QVariant property(const QString& key) const = 0;
 

@@ -1,6 +1,6 @@
 // The computer's side of the USB rig: finds the keyboard through the Linux
-// backend on a Qt event loop and drives it through DeviceComm on a transport
-// thread, as the application does.
+// backend on a Qt event loop and drives it through the transport queue with
+// the application's own upload sequences, as the application does.
 //
 //   orvane_hil_host             run against the device, print what came back
 //   orvane_hil_host --expected  print the wire traffic the run must cause
@@ -11,6 +11,9 @@
 // Output lines (both modes where they apply):
 //   WIRE SET <value> <index> <hex>   a feature report SET the device must see
 //   WIRE GET <value> <index>         a GET it must see
+//   BINDS <n>                        how often usbhid binds the configuration
+//                                    interface: once at plug-in, once more
+//                                    after each sequence that carries data
 //   REPLY <hex>                      a status reply as getDeviceData returned it
 //   CHECK ok|FAIL <what>             an observation of the run
 
@@ -18,7 +21,9 @@
 #include "HIDDevice/DeviceComm.h"
 #include "HIDDevice/HIDDevice.h"
 #include "HIDDevice/Platform/HidManager.h"
+#include "HIDDevice/TransportQueue.h"
 #include "Protocol/CommandFrame.h"
+#include "Protocol/UploadSequences.h"
 
 #include <QCoreApplication>
 #include <QMetaObject>
@@ -29,8 +34,8 @@
 #include <cstring>
 #include <grp.h>
 #include <string>
-#include <unistd.h>
 #include <thread>
+#include <unistd.h>
 #include <vector>
 
 namespace {
@@ -42,43 +47,67 @@ constexpr int kConfigInterface = 1;
 
 Bytes frame(Command c, uint8_t target = 0, uint8_t count = 0) { return CommandFrame(c, target, count).toVector(); }
 
-// A key table upload's buffer: 576 known bytes ending in the 0xAA 0x55
-// marker, in a 780-byte buffer whose tail must never be sent.
-Bytes keyTableBuffer()
+// A key table: 576 known bytes ending in the 0xAA 0x55 marker.
+UploadSequences::NineReports keyTable()
 {
-    Bytes b(Protocol::kKeyTableBufferSize, 0xEE);
-    for (std::size_t i = 0; i < Protocol::kKeyTableBytes; ++i)
+    UploadSequences::NineReports b{};
+    for (std::size_t i = 0; i < b.size(); ++i)
         b[i] = uint8_t(i * 7 + 3 + i / 256);  // no two reports alike
     b[574] = Protocol::kEndMarker0;
     b[575] = Protocol::kEndMarker1;
     return b;
 }
 
-// The whole conversation: status poll, key table upload for profile 1,
-// status poll again (over hidraw, after the driver came back).
-struct Script {
-    Bytes poll = frame(Command::ReadStatus);
-    Bytes endUpload = frame(Command::EndUpload);
-    Bytes beginUpload = frame(Command::BeginUpload);
-    Bytes keyTable = frame(Command::KeyTable, 1, 9);
-    Bytes table = keyTableBuffer();
-};
+// Light mode 4: its block starts with 0x04, the report id's value, which
+// must still go out as payload under report 4.
+UploadSequences::Report lightBlock()
+{
+    UploadSequences::Report b{};
+    const uint8_t head[] = {0x04, 0x03, 0x02, 0x01, 0x00, 0xFF, 0x80, 0x40};
+    std::copy(std::begin(head), std::end(head), b.begin());
+    b[14] = Protocol::kEndMarker0;
+    b[15] = Protocol::kEndMarker1;
+    return b;
+}
+
+// Windows key and Alt+Tab locked.
+UploadSequences::Report systemBlock()
+{
+    UploadSequences::Report b{};
+    b[0] = 0x83;
+    b[62] = Protocol::kEndMarker0;
+    b[63] = Protocol::kEndMarker1;
+    return b;
+}
+
+// The whole conversation: a status poll, then a key table, a light mode and
+// a system settings upload for profile 2, then a status poll again (over
+// hidraw, after the driver came back).
+std::vector<ReportSequence> conversation()
+{
+    return {UploadSequences::statusPoll(), UploadSequences::keyTable(2, keyTable()),
+            UploadSequences::lightMode(2, lightBlock()), UploadSequences::systemSettings(2, systemBlock()),
+            UploadSequences::statusPoll()};
+}
 
 void printExpected()
 {
-    const Script s;
     auto set = [](const uint8_t* p) { std::printf("WIRE SET 0304 %04x %s\n", kConfigInterface, hexString({p, 64}).c_str()); };
     auto get = [] { std::printf("WIRE GET 0304 %04x\n", kConfigInterface); };
-    auto exchange = [&](const Bytes& f) { set(f.data()); get(); };
-    exchange(s.poll);
-    exchange(s.endUpload);
-    exchange(s.beginUpload);
-    exchange(s.keyTable);
-    for (std::size_t i = 0; i < Protocol::kKeyTableReports; ++i)
-        set(s.table.data() + 64 * i);
-    exchange(s.endUpload);
-    exchange(s.poll);
-    exchange(s.endUpload);
+    int binds = 1;
+    for (const ReportSequence& sequence : conversation()) {
+        binds += sequence.carriesDataReports() ? 1 : 0;
+        for (const ReportStep& step : sequence.steps) {
+            if (step.kind == ReportStep::Kind::Run) {
+                for (int i = 0; i + 1 < step.length / 64; ++i)
+                    set(step.data.data() + 64 * i);
+            } else if (step.kind != ReportStep::Kind::Sleep) {
+                set(step.data.data());
+                get();
+            }
+        }
+    }
+    std::printf("BINDS %d\n", binds);
 }
 
 int failures = 0;
@@ -90,36 +119,34 @@ void check(bool ok, const std::string& what)
         ++failures;
 }
 
-void runConversation(const std::shared_ptr<HidDeviceHandle>& handle)
+// Hands the conversation to the queue; `done` runs once everything went out.
+void runConversation(TransportQueue& queue, const std::shared_ptr<HidDeviceHandle>& handle,
+                     const std::function<void()>& done)
 {
-    const Script s;
-    DeviceComm comm(handle);
-    auto poll = [&] {
-        Bytes status = s.poll;
-        status.resize(Protocol::kFrameBufferSize);
-        check(comm.getDeviceData(status), "status poll read");
-        std::printf("REPLY %s\n", hexString({status.data(), 64}).c_str());
-        check(comm.sendDeviceData(s.endUpload), "status poll closed");
+    auto comm = std::make_shared<DeviceComm>(handle);
+    auto onReply = [](const TransportQueue::ExchangeResult& r) {
+        check(r.ok(), "status poll read" + (r.ok() ? std::string() : ": " + r.status.reason()));
+        std::printf("REPLY %s\n", hexString({r.reply.data(), 64}).c_str());
     };
-    poll();
-    handle->beginSequence(true);
-    check(comm.sendDeviceData(s.beginUpload), "upload opened");
-    check(comm.sendDeviceData(s.keyTable), "key table header");
-    check(comm.sendDeviceData(s.table, int(Protocol::kKeyTableRunLength)), "key table data");
-    check(comm.sendDeviceData(s.endUpload), "upload closed");
-    handle->endSequence();
-    poll();
+    for (ReportSequence& sequence : conversation()) {
+        const bool poll = sequence.name == "status poll";
+        check(queue.submit(comm, std::move(sequence), poll ? TransportQueue::ReplyHandler(onReply) : nullptr),
+              "sequence handed over");
+    }
+    QObject::connect(&queue, &TransportQueue::busyChanged, [done](bool busy) {
+        if (!busy)
+            done();
+    });
 }
 
 // Without access every step must fail cleanly, and nothing reach the device.
 void runWithoutAccess(const std::shared_ptr<HidDeviceHandle>& handle)
 {
-    const Script s;
     DeviceComm comm(handle);
-    Bytes status = s.poll;
+    Bytes status = frame(Command::ReadStatus);
     check(!comm.getDeviceData(status), "status poll refused without access");
     handle->beginSequence(true);
-    check(!comm.sendDeviceData(s.beginUpload), "upload refused without access");
+    check(!comm.sendDeviceData(frame(Command::BeginUpload)), "upload refused without access");
     handle->endSequence();
 }
 
@@ -147,6 +174,7 @@ int main(int argc, char** argv)
     int arrivals = 0, removals = 0, problems = 0;
     std::shared_ptr<HidDeviceHandle> config;
     std::thread transport;
+    TransportQueue queue;
     manager->registerDeviceMatchingCallback([&](const std::shared_ptr<HidDeviceHandle>& handle) {
         ++arrivals;
         const HIDDevice device(handle);
@@ -156,15 +184,16 @@ int main(int argc, char** argv)
             return;
         config = handle;
         check(device.name == "ORVANE M61", "product string from the USB device");
-        transport = std::thread([&app, handle, withoutAccess] {
-            if (withoutAccess)
-                runWithoutAccess(handle);
-            else
-                runConversation(handle);
-            // Give the monitor time to hear of our own driver detach and
-            // re-attach, so that any callback they wrongly cause shows below.
-            QMetaObject::invokeMethod(&app, [] { QTimer::singleShot(1000, qApp, &QCoreApplication::quit); },
-                                      Qt::QueuedConnection);
+        // Give the monitor time to hear of our own driver detach and
+        // re-attach, so that any callback they wrongly cause shows below.
+        auto finish = [] { QTimer::singleShot(1000, qApp, &QCoreApplication::quit); };
+        if (!withoutAccess) {
+            runConversation(queue, handle, finish);
+            return;
+        }
+        transport = std::thread([handle, finish] {
+            runWithoutAccess(handle);
+            QMetaObject::invokeMethod(qApp, finish, Qt::QueuedConnection);
         });
     });
     manager->registerDeviceRemovalCallback([&](const std::shared_ptr<HidDeviceHandle>&) { ++removals; });

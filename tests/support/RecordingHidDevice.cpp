@@ -6,7 +6,7 @@
 
 namespace testing_support {
 
-int RecordingHidDevice::setFeatureReport(uint8_t, std::span<const uint8_t> data)
+HidStatus RecordingHidDevice::setFeatureReport(uint8_t, std::span<const uint8_t> data)
 {
     std::unique_lock lock(mutex_);
     ++waiting_;
@@ -14,10 +14,10 @@ int RecordingHidDevice::setFeatureReport(uint8_t, std::span<const uint8_t> data)
     --waiting_;
     last_.assign(data.begin(), data.end());
     sets_.push_back(hexFromBytes(last_));
-    return HidResult::Success;
+    return {};
 }
 
-int RecordingHidDevice::getFeatureReport(uint8_t, std::span<uint8_t> buffer, std::size_t& length)
+HidStatus RecordingHidDevice::getFeatureReport(uint8_t, std::span<uint8_t> buffer, std::size_t& length)
 {
     std::lock_guard lock(mutex_);
     std::vector<uint8_t> reply = last_;
@@ -26,7 +26,7 @@ int RecordingHidDevice::getFeatureReport(uint8_t, std::span<uint8_t> buffer, std
     reply[9] = replyProfile_;
     length = std::min<std::size_t>(length, 64);
     std::copy_n(reply.begin(), length, buffer.begin());
-    return HidResult::Success;
+    return {};
 }
 
 void RecordingHidDevice::beginSequence(bool carriesDataReports)

@@ -16,8 +16,8 @@ namespace testing_support {
 
 class RecordingHidDevice : public HidDeviceHandle {
 public:
-    int setFeatureReport(uint8_t reportId, std::span<const uint8_t> data) override;
-    int getFeatureReport(uint8_t reportId, std::span<uint8_t> buffer, std::size_t& length) override;
+    HidStatus setFeatureReport(uint8_t reportId, std::span<const uint8_t> data) override;
+    HidStatus getFeatureReport(uint8_t reportId, std::span<uint8_t> buffer, std::size_t& length) override;
     QVariant property(const QString& key) const override { return properties.value(key); }
     void beginSequence(bool carriesDataReports) override;
     void endSequence() override;

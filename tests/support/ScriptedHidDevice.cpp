@@ -22,14 +22,14 @@ ScriptedHidDevice::~ScriptedHidDevice()
         verify();
 }
 
-ScriptedHidDevice& ScriptedHidDevice::expectSet(std::vector<uint8_t> bytes, int status)
+ScriptedHidDevice& ScriptedHidDevice::expectSet(std::vector<uint8_t> bytes, HidResult status)
 {
     std::lock_guard lock(mutex_);
     script_.push_back({Expectation::Kind::Set, std::move(bytes), status, 0, false});
     return *this;
 }
 
-ScriptedHidDevice& ScriptedHidDevice::expectGet(std::vector<uint8_t> reply, int status)
+ScriptedHidDevice& ScriptedHidDevice::expectGet(std::vector<uint8_t> reply, HidResult status)
 {
     std::lock_guard lock(mutex_);
     script_.push_back({Expectation::Kind::Get, std::move(reply), status, 0, false});
@@ -39,21 +39,21 @@ ScriptedHidDevice& ScriptedHidDevice::expectGet(std::vector<uint8_t> reply, int 
 ScriptedHidDevice& ScriptedHidDevice::expectSleep(std::chrono::milliseconds ms)
 {
     std::lock_guard lock(mutex_);
-    script_.push_back({Expectation::Kind::Sleep, {}, 0, ms.count(), false});
+    script_.push_back({Expectation::Kind::Sleep, {}, HidResult::Success, ms.count(), false});
     return *this;
 }
 
 ScriptedHidDevice& ScriptedHidDevice::expectBegin(bool carriesDataReports)
 {
     std::lock_guard lock(mutex_);
-    script_.push_back({Expectation::Kind::Begin, {}, 0, 0, carriesDataReports});
+    script_.push_back({Expectation::Kind::Begin, {}, HidResult::Success, 0, carriesDataReports});
     return *this;
 }
 
 ScriptedHidDevice& ScriptedHidDevice::expectEnd()
 {
     std::lock_guard lock(mutex_);
-    script_.push_back({Expectation::Kind::End, {}, 0, 0, false});
+    script_.push_back({Expectation::Kind::End, {}, HidResult::Success, 0, false});
     return *this;
 }
 
@@ -80,7 +80,7 @@ DeviceComm::Sleeper ScriptedHidDevice::sleeper()
     };
 }
 
-int ScriptedHidDevice::setFeatureReport(uint8_t reportId, std::span<const uint8_t> data)
+HidStatus ScriptedHidDevice::setFeatureReport(uint8_t reportId, std::span<const uint8_t> data)
 {
     const std::vector<uint8_t> sent(data.begin(), data.end());
     const Expectation e = next(Expectation::Kind::Set, "set " + hexFromBytes(sent));
@@ -90,17 +90,17 @@ int ScriptedHidDevice::setFeatureReport(uint8_t reportId, std::span<const uint8_
     return e.status;
 }
 
-int ScriptedHidDevice::getFeatureReport(uint8_t reportId, std::span<uint8_t> buffer, std::size_t& length)
+HidStatus ScriptedHidDevice::getFeatureReport(uint8_t reportId, std::span<uint8_t> buffer, std::size_t& length)
 {
     const Expectation e = next(Expectation::Kind::Get, "get");
     EXPECT_EQ(reportId, 4) << "report id";
     EXPECT_EQ(length, 64u) << "length asked for";
     if (e.status != HidResult::Success)
-        return e.status;  // a failed read writes nothing
+        return e.status;  // like the platforms: a failed read leaves buffer and length alone
     const std::size_t n = std::min({e.bytes.size(), buffer.size(), length});
     std::copy_n(e.bytes.begin(), n, buffer.begin());
     length = n;
-    return HidResult::Success;
+    return {};
 }
 
 void ScriptedHidDevice::beginSequence(bool carriesDataReports)

@@ -22,9 +22,9 @@ public:
     ScriptedHidDevice() = default;
     ~ScriptedHidDevice() override;
 
-    ScriptedHidDevice& expectSet(std::vector<uint8_t> bytes, int status = HidResult::Success);
+    ScriptedHidDevice& expectSet(std::vector<uint8_t> bytes, HidResult status = HidResult::Success);
     // `reply` is what the device answers; `received` how many bytes it says.
-    ScriptedHidDevice& expectGet(std::vector<uint8_t> reply, int status = HidResult::Success);
+    ScriptedHidDevice& expectGet(std::vector<uint8_t> reply, HidResult status = HidResult::Success);
     ScriptedHidDevice& expectSleep(std::chrono::milliseconds ms);
     ScriptedHidDevice& expectBegin(bool carriesDataReports);
     ScriptedHidDevice& expectEnd();
@@ -32,8 +32,8 @@ public:
     // Pauses go into the script instead of sleeping, so they are checked too.
     DeviceComm::Sleeper sleeper();
 
-    int setFeatureReport(uint8_t reportId, std::span<const uint8_t> data) override;
-    int getFeatureReport(uint8_t reportId, std::span<uint8_t> buffer, std::size_t& length) override;
+    HidStatus setFeatureReport(uint8_t reportId, std::span<const uint8_t> data) override;
+    HidStatus getFeatureReport(uint8_t reportId, std::span<uint8_t> buffer, std::size_t& length) override;
     QVariant property(const QString& key) const override { return properties.value(key); }
     void beginSequence(bool carriesDataReports) override;
     void endSequence() override;
@@ -46,7 +46,7 @@ private:
     struct Expectation {
         enum class Kind { Set, Get, Sleep, Begin, End } kind;
         std::vector<uint8_t> bytes;
-        int status = 0;
+        HidResult status = HidResult::Success;
         long long ms = 0;
         bool flag = false;
     };

@@ -52,7 +52,7 @@ protected:
     {
         auto keyboard = std::make_shared<VirtualKeyboard>(model);
         bus->plug(keyboard);
-        EXPECT_TRUE(waitUntil([&] { return controller->currentTransport() && !controller->hidcomm_busy; }));
+        EXPECT_TRUE(waitUntil([&] { return controller->currentTransport() && !controller->hidcomm_busy(); }));
         return keyboard;
     }
 
@@ -136,7 +136,7 @@ TEST_F(Session, TheStoredProfileWinsAtConnectionThenThePollFollowsTheKeyboard)
     unplug(keyboard);
     controller->deviceDB->updateConfigData(1, "currentProfile", "4");
     bus->plug(keyboard);
-    ASSERT_TRUE(waitUntil([&] { return controller->currentTransport() && !controller->hidcomm_busy; }));
+    ASSERT_TRUE(waitUntil([&] { return controller->currentTransport() && !controller->hidcomm_busy(); }));
     EXPECT_EQ(controller->currentProfile, 4);
 
     keyboard->setActiveProfile(2);
@@ -193,13 +193,13 @@ TEST_F(Session, ATwoSecondUploadLeavesTheWindowFreeAndPollTicksMeanwhileAreSkipp
     int ticksWhileBusy = 0;
     QTimer ticker;
     QObject::connect(&ticker, &QTimer::timeout, [&] {
-        if (controller->hidcomm_busy) {
+        if (controller->hidcomm_busy()) {
             ++ticksWhileBusy;
             controller->pollKeyboardProfile();
         }
     });
     ticker.start(50);
-    const bool settled = waitUntil([&] { return !controller->hidcomm_busy; }, 10000);
+    const bool settled = waitUntil([&] { return !controller->hidcomm_busy(); }, 10000);
     capturedLines();
     ASSERT_TRUE(settled);
     EXPECT_GT(ticksWhileBusy, 10) << "the event loop kept turning during the upload";

@@ -17,6 +17,7 @@ namespace {
 constexpr auto kReattachSettle = std::chrono::milliseconds(1500);
 constexpr auto kReattachStep = std::chrono::milliseconds(10);
 constexpr std::size_t kMaxHidrawReport = 4096;  // HID_MAX_BUFFER_SIZE in the kernel
+const HidStatus kUnplugged{HidResult::NotResponding, "the keyboard was unplugged"};
 }  // namespace
 
 LinuxHidDevice::LinuxHidDevice(UsbHidInterface info, std::filesystem::path devRoot,
@@ -74,31 +75,31 @@ void LinuxHidDevice::closeHidraw()
     hidrawFdName_.clear();
 }
 
-int LinuxHidDevice::hidrawResult(int err)
+HidStatus LinuxHidDevice::hidrawStatus(int err, const std::string& what)
 {
-    const int result = hidResultFromErrno(err);
+    const HidStatus result = hidStatusFromErrno(err, what + " " + (devRoot_ / hidrawFdName_).string());
     if (result == HidResult::NoPermission && notice_)
         notice_->report(QString::fromStdString(info_.product.value_or(std::string())),
                         (devRoot_ / hidrawFdName_).string());
     return result;
 }
 
-int LinuxHidDevice::openHidraw(int& fd)
+HidStatus LinuxHidDevice::openHidraw(int& fd)
 {
     fd = -1;
     if (unplugged_)
-        return HidResult::NotResponding;
+        return kUnplugged;
     std::optional<std::string> name = hidrawName();
     if (!name) {
         // No event has told us of a node yet (a re-attach just happened): look.
         name = findHidrawName(info_.interfaceDir);
         if (!name)
-            return HidResult::NotResponding;
+            return {HidResult::NotResponding, "no hidraw node for interface " + info_.identity};
         setHidrawName(*name);
     }
     if (hidrawFd_ >= 0 && hidrawFdName_ == *name) {
         fd = hidrawFd_;
-        return HidResult::Success;
+        return {};
     }
     closeHidraw();
     const std::filesystem::path node = devRoot_ / *name;
@@ -106,108 +107,107 @@ int LinuxHidDevice::openHidraw(int& fd)
     if (opened < 0) {
         const int err = errno;
         hidrawFdName_ = *name;
-        const int result = hidrawResult(err);
+        const HidStatus result = hidrawStatus(err, "opening");
         hidrawFdName_.clear();
         return result;
     }
     hidrawFd_ = opened;
     hidrawFdName_ = *name;
     fd = opened;
-    return HidResult::Success;
+    return {};
 }
 
-int LinuxHidDevice::checkAccess()
+HidStatus LinuxHidDevice::checkAccess()
 {
     // Runs on the manager's thread, so it leaves the transport's cached fd alone.
     const std::optional<std::string> name = hidrawName();
     if (!name)
-        return HidResult::NotResponding;
+        return {HidResult::NotResponding, "no hidraw node for interface " + info_.identity};
     const std::filesystem::path node = devRoot_ / *name;
     const int fd = ::open(node.c_str(), O_RDWR | O_CLOEXEC);
     if (fd < 0) {
-        const int result = hidResultFromErrno(errno);
+        const HidStatus result = hidStatusFromErrno(errno, "opening " + node.string());
         if (result == HidResult::NoPermission && notice_)
             notice_->report(QString::fromStdString(info_.product.value_or(std::string())), node.string());
         return result;
     }
     if (::close(fd) != 0)
         qWarning("hidraw: close of %s failed: %s", node.c_str(), strerror(errno));
-    return HidResult::Success;
+    return {};
 }
 
-int LinuxHidDevice::usbfsSet(uint8_t reportId, std::span<const uint8_t> data, UsbfsInterfaceClaim& claim)
+HidStatus LinuxHidDevice::usbfsSet(uint8_t reportId, std::span<const uint8_t> data, UsbfsInterfaceClaim& claim)
 {
     // libusb wants a mutable buffer even for host-to-device transfers.
     std::vector<uint8_t> copy(data.begin(), data.end());
     std::size_t sent = 0;
-    const int result = claim.control(setFeatureReportSetup(reportId, info_.interfaceNumber, copy.size()),
-                                     copy.data(), sent);
-    if (result != HidResult::Success)
+    const HidStatus result = claim.control(setFeatureReportSetup(reportId, info_.interfaceNumber, copy.size()),
+                                           copy.data(), sent);
+    if (!result)
         return result;
-    return sent == copy.size() ? HidResult::Success : HidResult::NotResponding;
+    if (sent != copy.size())
+        return {HidResult::NotResponding, "SET_REPORT took " + std::to_string(sent) + " of "
+                                              + std::to_string(copy.size()) + " bytes"};
+    return {};
 }
 
-int LinuxHidDevice::setFeatureReport(uint8_t reportId, std::span<const uint8_t> data)
+HidStatus LinuxHidDevice::setFeatureReport(uint8_t reportId, std::span<const uint8_t> data)
 {
     if (data.empty() || data.size() > kMaxHidrawReport)
-        return HidResult::BadArgument;
+        return {HidResult::BadArgument, "a report of " + std::to_string(data.size()) + " bytes"};
     if (unplugged_)
-        return HidResult::NotResponding;
+        return kUnplugged;
 
     if (dataSequence_)
-        return claim_.held() ? usbfsSet(reportId, data, claim_) : claimResult_;
+        return claim_.held() ? usbfsSet(reportId, data, claim_) : claimStatus_;
 
     if (data[0] != reportId) {
-        // A data report outside a bracketed sequence: hidraw would send it
-        // under the wrong id, so claim the interface just for this report.
-        UsbfsInterfaceClaim once;
-        closeHidraw();
-        int result = once.acquire(usbfsNode(devRoot_, info_.busNumber, info_.deviceAddress), info_.interfaceNumber);
-        if (result == HidResult::Success)
-            result = usbfsSet(reportId, data, once);
-        const int released = once.release();
-        reopenAfterReattach();
-        return result != HidResult::Success ? result : released;
+        // hidraw would send it under the id in byte 0. Every sequence with a
+        // data report is bracketed, so one arriving here is a fault upstream.
+        return {HidResult::BadArgument, "a data report outside a data sequence"};
     }
 
     int fd = -1;
-    int result = openHidraw(fd);
-    if (result != HidResult::Success)
-        return result;
+    const HidStatus opened = openHidraw(fd);
+    if (!opened)
+        return opened;
     // HIDIOCSFEATURE sends byte 0 as the report id and the whole buffer,
     // byte 0 included, as the data stage: exactly the caller's bytes.
     const int rc = ::ioctl(fd, HIDIOCSFEATURE(data.size()), data.data());
     if (rc < 0) {
         const int err = errno;
+        const HidStatus failed = hidrawStatus(err, "HIDIOCSFEATURE on");
         closeHidraw();
-        return hidrawResult(err);
+        return failed;
     }
-    return std::size_t(rc) == data.size() ? HidResult::Success : HidResult::NotResponding;
+    if (std::size_t(rc) != data.size())
+        return {HidResult::NotResponding, "HIDIOCSFEATURE took " + std::to_string(rc) + " bytes"};
+    return {};
 }
 
-int LinuxHidDevice::getFeatureReport(uint8_t reportId, std::span<uint8_t> buffer, std::size_t& length)
+HidStatus LinuxHidDevice::getFeatureReport(uint8_t reportId, std::span<uint8_t> buffer, std::size_t& length)
 {
+    // Until the read succeeds, `buffer` and `length` stay as the caller left them.
     const std::size_t wanted = std::min(length, buffer.size());
-    length = 0;
     if (wanted == 0 || wanted > kMaxHidrawReport)
-        return HidResult::BadArgument;
+        return {HidResult::BadArgument, "a read of " + std::to_string(wanted) + " bytes"};
     if (unplugged_)
-        return HidResult::NotResponding;
+        return kUnplugged;
 
     std::vector<uint8_t> reply(wanted, 0);
     std::size_t received = 0;
     if (dataSequence_) {
         if (!claim_.held())
-            return claimResult_;
-        const int result = claim_.control(getFeatureReportSetup(reportId, info_.interfaceNumber, wanted),
-                                          reply.data(), received);
-        if (result != HidResult::Success)
+            return claimStatus_;
+        const HidStatus result = claim_.control(getFeatureReportSetup(reportId, info_.interfaceNumber, wanted),
+                                                reply.data(), received);
+        if (!result)
             return result;
     } else {
         int fd = -1;
-        const int result = openHidraw(fd);
-        if (result != HidResult::Success)
-            return result;
+        const HidStatus opened = openHidraw(fd);
+        if (!opened)
+            return opened;
         // The kernel reads the report id from byte 0, asks for `wanted` bytes
         // with wValue = feature | id, and lets the device's data stage land
         // from byte 0 on: what we hand back is the data stage unchanged (a
@@ -216,14 +216,15 @@ int LinuxHidDevice::getFeatureReport(uint8_t reportId, std::span<uint8_t> buffer
         const int rc = ::ioctl(fd, HIDIOCGFEATURE(wanted), reply.data());
         if (rc < 0) {
             const int err = errno;
+            const HidStatus failed = hidrawStatus(err, "HIDIOCGFEATURE on");
             closeHidraw();
-            return hidrawResult(err);
+            return failed;
         }
         received = std::min(std::size_t(rc), wanted);
     }
     std::copy_n(reply.begin(), received, buffer.begin());
     length = received;
-    return HidResult::Success;
+    return {};
 }
 
 void LinuxHidDevice::beginSequence(bool carriesDataReports)
@@ -231,15 +232,15 @@ void LinuxHidDevice::beginSequence(bool carriesDataReports)
     if (!carriesDataReports || dataSequence_ || unplugged_)
         return;
     closeHidraw();  // the node goes away with the driver
-    const int result = claim_.acquire(usbfsNode(devRoot_, info_.busNumber, info_.deviceAddress),
-                                      info_.interfaceNumber);
-    claimResult_ = result;
+    const HidStatus result = claim_.acquire(usbfsNode(devRoot_, info_.busNumber, info_.deviceAddress),
+                                            info_.interfaceNumber);
+    claimStatus_ = result;
     if (result == HidResult::NoPermission && notice_) {
         notice_->report(QString::fromStdString(info_.product.value_or(std::string())),
                         usbfsNode(devRoot_, info_.busNumber, info_.deviceAddress).string());
-    } else if (result != HidResult::Success) {
-        qWarning("usbfs: could not claim interface %d of %s (result %d)", info_.interfaceNumber,
-                 info_.identity.c_str(), result);
+    } else if (!result) {
+        qWarning("usbfs: could not claim interface %d of %s: %s", info_.interfaceNumber, info_.identity.c_str(),
+                 result.reason().c_str());
     }
     // On failure the reports of this sequence fail on the unclaimed handle
     // rather than going out over hidraw with the wrong ids.
@@ -251,10 +252,10 @@ void LinuxHidDevice::endSequence()
     if (!dataSequence_)
         return;
     dataSequence_ = false;
-    const int result = claim_.release();
-    if (result != HidResult::Success && !unplugged_)
-        qWarning("usbfs: giving back interface %d of %s failed (result %d)", info_.interfaceNumber,
-                 info_.identity.c_str(), result);
+    const HidStatus result = claim_.release();
+    if (!result && !unplugged_)
+        qWarning("usbfs: giving back interface %d of %s failed: %s", info_.interfaceNumber, info_.identity.c_str(),
+                 result.reason().c_str());
     reopenAfterReattach();
 }
 

@@ -10,8 +10,10 @@
 // the wire: every GET, and every SET whose byte 0 is the report id. A sequence
 // that carries data reports (byte 0 is payload) claims the interface over
 // usbfs from beginSequence(true) to endSequence(), and all its reports go as
-// raw control transfers. The kernel creates a new hidraw node when usbhid is
-// bound again; the device finds it itself, and the manager also tells it.
+// raw control transfers; a data report outside such a sequence is refused,
+// since hidraw would send it under another id. The kernel creates a new
+// hidraw node when usbhid is bound again; the device finds it itself, and the
+// manager also tells it.
 //
 // setFeatureReport, getFeatureReport and the sequence brackets run on one
 // thread (the transport thread); the node updates come from the manager's.
@@ -34,8 +36,8 @@ public:
     LinuxHidDevice(UsbHidInterface info, std::filesystem::path devRoot, std::shared_ptr<PermissionNotice> notice);
     ~LinuxHidDevice() override;
 
-    int setFeatureReport(uint8_t reportId, std::span<const uint8_t> data) override;
-    int getFeatureReport(uint8_t reportId, std::span<uint8_t> buffer, std::size_t& length) override;
+    HidStatus setFeatureReport(uint8_t reportId, std::span<const uint8_t> data) override;
+    HidStatus getFeatureReport(uint8_t reportId, std::span<uint8_t> buffer, std::size_t& length) override;
     QVariant property(const QString& key) const override;
     void beginSequence(bool carriesDataReports) override;
     void endSequence() override;
@@ -50,14 +52,14 @@ public:
     std::optional<std::string> hidrawName() const;
     void markUnplugged() { unplugged_ = true; }
     // Opens the hidraw node once to see whether we may; reports a permission
-    // problem through the notice. Returns a HidResult.
-    int checkAccess();
+    // problem through the notice.
+    HidStatus checkAccess();
 
 private:
-    int openHidraw(int& fd);
+    HidStatus openHidraw(int& fd);
     void closeHidraw();
-    int hidrawResult(int err);
-    int usbfsSet(uint8_t reportId, std::span<const uint8_t> data, UsbfsInterfaceClaim& claim);
+    HidStatus hidrawStatus(int err, const std::string& what);
+    HidStatus usbfsSet(uint8_t reportId, std::span<const uint8_t> data, UsbfsInterfaceClaim& claim);
     // Waits briefly for usbhid's new node after a re-attach to become usable
     // (udev applies the user's access right after the kernel creates it).
     void reopenAfterReattach();
@@ -75,5 +77,5 @@ private:
     std::string hidrawFdName_;
     UsbfsInterfaceClaim claim_;
     bool dataSequence_ = false;
-    int claimResult_ = HidResult::Success;  // why this sequence has no usbfs claim
+    HidStatus claimStatus_;  // why this sequence has no usbfs claim
 };

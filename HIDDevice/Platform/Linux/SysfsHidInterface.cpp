@@ -21,6 +21,19 @@ std::optional<std::string> readLine(const fs::path& file)
     return line;
 }
 
+// A string attribute exactly as the device reported it: sysfs adds one line
+// feed, and that alone is taken off (a trailing blank is part of the name).
+std::optional<std::string> readStringAttribute(const fs::path& file)
+{
+    std::ifstream in(file, std::ios::binary);
+    if (!in)
+        return std::nullopt;
+    std::string text{std::istreambuf_iterator<char>(in), std::istreambuf_iterator<char>()};
+    if (!text.empty() && text.back() == '\n')
+        text.pop_back();
+    return text;
+}
+
 std::optional<int> readNumber(const fs::path& file, int base)
 {
     const std::optional<std::string> text = readLine(file);
@@ -110,7 +123,7 @@ std::optional<UsbHidInterface> readUsbHidInterface(const fs::path& hidrawSysPath
     info.busNumber = *bus;
     info.deviceAddress = *addr;
     info.locationId = locationIdFromUsbPath(*bus, *portPath);
-    info.product = readLine(usbDir / "product");
+    info.product = readStringAttribute(usbDir / "product");
     info.sizes = hidReportSizes(readBytes(hidDir / "report_descriptor"));
     return info;
 }

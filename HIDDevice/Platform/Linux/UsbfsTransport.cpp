@@ -7,6 +7,7 @@
 #include <libusb.h>
 
 #include <cerrno>
+#include <cstring>
 #include <fcntl.h>
 #include <unistd.h>
 
@@ -31,25 +32,28 @@ ControlSetup getFeatureReportSetup(uint8_t reportId, int interfaceNumber, std::s
             uint16_t(interfaceNumber), uint16_t(length)};
 }
 
-int hidResultFromLibusb(int code)
+HidStatus hidStatusFromLibusb(int code, const std::string& what)
 {
     if (code >= 0)
-        return HidResult::Success;
+        return {};
+    const std::string reason = what + ": " + libusb_strerror(code);
     switch (code) {
-    case LIBUSB_ERROR_ACCESS: return HidResult::NoPermission;
-    case LIBUSB_ERROR_INVALID_PARAM: return HidResult::BadArgument;
-    default: return HidResult::NotResponding;  // NO_DEVICE, IO, PIPE, TIMEOUT, BUSY, ...
+    case LIBUSB_ERROR_ACCESS: return {HidResult::NoPermission, reason};
+    case LIBUSB_ERROR_INVALID_PARAM: return {HidResult::BadArgument, reason};
+    default: return {HidResult::NotResponding, reason};  // NO_DEVICE, IO, PIPE, TIMEOUT, BUSY, ...
     }
 }
 
-int hidResultFromErrno(int err)
+HidStatus hidStatusFromErrno(int err, const std::string& what)
 {
+    if (err == 0)
+        return {};
+    const std::string reason = what + ": " + strerror(err);
     switch (err) {
-    case 0: return HidResult::Success;
     case EACCES:
-    case EPERM: return HidResult::NoPermission;
-    case EINVAL: return HidResult::BadArgument;
-    default: return HidResult::NotResponding;
+    case EPERM: return {HidResult::NoPermission, reason};
+    case EINVAL: return {HidResult::BadArgument, reason};
+    default: return {HidResult::NotResponding, reason};
     }
 }
 
@@ -69,26 +73,26 @@ UsbfsInterfaceClaim::~UsbfsInterfaceClaim()
         release();
 }
 
-int UsbfsInterfaceClaim::acquire(const std::filesystem::path& usbfsNode, int interfaceNumber)
+HidStatus UsbfsInterfaceClaim::acquire(const std::filesystem::path& usbfsNode, int interfaceNumber)
 {
     if (held())
-        return HidResult::Success;
+        return {};
 
     // We hand libusb the one device we already know, so it need not scan the bus.
     int rc = libusb_set_option(nullptr, LIBUSB_OPTION_NO_DEVICE_DISCOVERY);
     if (rc != LIBUSB_SUCCESS)
-        return hidResultFromLibusb(rc);
+        return hidStatusFromLibusb(rc, "setting up libusb");
     libusb_context* ctx = nullptr;
     rc = libusb_init(&ctx);
     if (rc != LIBUSB_SUCCESS)
-        return hidResultFromLibusb(rc);
+        return hidStatusFromLibusb(rc, "starting libusb");
     context_.reset(ctx);
 
     const int fd = ::open(usbfsNode.c_str(), O_RDWR | O_CLOEXEC);
     if (fd < 0) {
         const int err = errno;
         context_.reset();
-        return hidResultFromErrno(err);
+        return hidStatusFromErrno(err, "opening " + usbfsNode.string());
     }
     fd_.reset(new int(fd));
 
@@ -97,7 +101,7 @@ int UsbfsInterfaceClaim::acquire(const std::filesystem::path& usbfsNode, int int
     if (rc != LIBUSB_SUCCESS) {
         fd_.reset();
         context_.reset();
-        return hidResultFromLibusb(rc);
+        return hidStatusFromLibusb(rc, "taking over " + usbfsNode.string());
     }
     handle_.reset(handle);
     interface_ = interfaceNumber;
@@ -106,7 +110,7 @@ int UsbfsInterfaceClaim::acquire(const std::filesystem::path& usbfsNode, int int
     if (rc == LIBUSB_SUCCESS)
         detached_ = true;
     else if (rc != LIBUSB_ERROR_NOT_FOUND) {  // NOT_FOUND: no driver was bound
-        const int result = hidResultFromLibusb(rc);
+        const HidStatus result = hidStatusFromLibusb(rc, "detaching the driver of interface " + std::to_string(interfaceNumber));
         handle_.reset();
         fd_.reset();
         context_.reset();
@@ -115,31 +119,31 @@ int UsbfsInterfaceClaim::acquire(const std::filesystem::path& usbfsNode, int int
 
     rc = libusb_claim_interface(handle_.get(), interfaceNumber);
     if (rc != LIBUSB_SUCCESS) {
-        const int result = hidResultFromLibusb(rc);
+        const HidStatus result = hidStatusFromLibusb(rc, "claiming interface " + std::to_string(interfaceNumber));
         release();  // gives the driver back
         return result;
     }
-    return HidResult::Success;
+    return {};
 }
 
-int UsbfsInterfaceClaim::release()
+HidStatus UsbfsInterfaceClaim::release()
 {
     if (!held())
-        return HidResult::Success;
-    int result = HidResult::Success;
+        return {};
+    HidStatus result;
     int rc = libusb_release_interface(handle_.get(), interface_);
     // NOT_FOUND: it was not claimed (acquire failed half-way); NO_DEVICE: unplugged.
     if (rc != LIBUSB_SUCCESS && rc != LIBUSB_ERROR_NOT_FOUND) {
         if (rc != LIBUSB_ERROR_NO_DEVICE)
             qWarning("usbfs: releasing interface %d failed: %s", interface_, libusb_strerror(rc));
-        result = hidResultFromLibusb(rc);
+        result = hidStatusFromLibusb(rc, "releasing interface " + std::to_string(interface_));
     }
     if (detached_) {
         rc = libusb_attach_kernel_driver(handle_.get(), interface_);
         if (rc != LIBUSB_SUCCESS) {
             if (rc != LIBUSB_ERROR_NO_DEVICE)
                 qWarning("usbfs: giving interface %d back to its driver failed: %s", interface_, libusb_strerror(rc));
-            result = hidResultFromLibusb(rc);
+            result = hidStatusFromLibusb(rc, "giving interface " + std::to_string(interface_) + " back to its driver");
         }
         detached_ = false;
     }
@@ -150,15 +154,15 @@ int UsbfsInterfaceClaim::release()
     return result;
 }
 
-int UsbfsInterfaceClaim::control(const ControlSetup& setup, uint8_t* data, std::size_t& transferred)
+HidStatus UsbfsInterfaceClaim::control(const ControlSetup& setup, uint8_t* data, std::size_t& transferred)
 {
     transferred = 0;
     if (!held())
-        return HidResult::NotResponding;
+        return {HidResult::NotResponding, "the configuration interface is not claimed"};
     const int rc = libusb_control_transfer(handle_.get(), setup.requestType, setup.request, setup.value,
                                            setup.index, data, setup.length, kTransferTimeoutMs);
     if (rc < 0)
-        return hidResultFromLibusb(rc);
+        return hidStatusFromLibusb(rc, setup.request == kSetReport ? "SET_REPORT" : "GET_REPORT");
     transferred = std::size_t(rc);
-    return HidResult::Success;
+    return {};
 }

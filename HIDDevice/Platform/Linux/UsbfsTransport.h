@@ -8,11 +8,14 @@
 // that one interface for the duration; UsbfsInterfaceClaim does both and
 // gives the interface back to the kernel driver when it ends.
 
+#include "HIDDevice/Platform/HidStatus.h"
+
 #include <cstddef>
 #include <cstdint>
 #include <filesystem>
 #include <memory>
 #include <span>
+#include <string>
 
 struct libusb_context;
 struct libusb_device_handle;
@@ -30,9 +33,9 @@ struct ControlSetup {
 ControlSetup setFeatureReportSetup(uint8_t reportId, int interfaceNumber, std::size_t length);
 ControlSetup getFeatureReportSetup(uint8_t reportId, int interfaceNumber, std::size_t length);
 
-// libusb and errno codes mapped to HidResult.
-int hidResultFromLibusb(int code);
-int hidResultFromErrno(int err);
+// libusb and errno codes as a status; `what` names the step that failed.
+HidStatus hidStatusFromLibusb(int code, const std::string& what);
+HidStatus hidStatusFromErrno(int err, const std::string& what);
 
 class UsbfsInterfaceClaim {
 public:
@@ -42,14 +45,14 @@ public:
     UsbfsInterfaceClaim& operator=(const UsbfsInterfaceClaim&) = delete;
 
     // Opens the usbfs node, detaches the kernel driver from `interfaceNumber`
-    // only, and claims it. Returns a HidResult.
-    int acquire(const std::filesystem::path& usbfsNode, int interfaceNumber);
-    // Releases the interface and re-attaches the driver it had. Returns a HidResult.
-    int release();
+    // only, and claims it.
+    HidStatus acquire(const std::filesystem::path& usbfsNode, int interfaceNumber);
+    // Releases the interface and re-attaches the driver it had.
+    HidStatus release();
     bool held() const { return handle_ != nullptr; }
 
-    // Both return a HidResult; `transferred` is the data stage length.
-    int control(const ControlSetup& setup, uint8_t* data, std::size_t& transferred);
+    // `transferred` is the data stage length.
+    HidStatus control(const ControlSetup& setup, uint8_t* data, std::size_t& transferred);
 
 private:
     struct ContextDeleter { void operator()(libusb_context* c) const; };

@@ -22,21 +22,27 @@ struct ReportStep {
     std::vector<uint8_t> data;
     int length = 0;
     std::chrono::milliseconds pause{0};
+    // A Single whose byte 0 is payload, not the report id (a one-report block).
+    bool dataReport = false;
 
-    static ReportStep single(const CommandFrame& frame) { return {Kind::Single, frame.toVector(), 0, {}}; }
-    static ReportStep exchange(const CommandFrame& frame) { return {Kind::Exchange, frame.toVector(), 0, {}}; }
-    static ReportStep run(std::vector<uint8_t> buffer, int length) { return {Kind::Run, std::move(buffer), length, {}}; }
-    static ReportStep sleep(std::chrono::milliseconds ms) { return {Kind::Sleep, {}, 0, ms}; }
+    static ReportStep single(const CommandFrame& frame) { return {Kind::Single, frame.toVector(), 0, {}, false}; }
+    static ReportStep singleData(std::vector<uint8_t> buffer) { return {Kind::Single, std::move(buffer), 0, {}, true}; }
+    static ReportStep exchange(const CommandFrame& frame) { return {Kind::Exchange, frame.toVector(), 0, {}, false}; }
+    static ReportStep run(std::vector<uint8_t> buffer, int length) { return {Kind::Run, std::move(buffer), length, {}, true}; }
+    static ReportStep sleep(std::chrono::milliseconds ms) { return {Kind::Sleep, {}, 0, ms, false}; }
 };
 
 struct ReportSequence {
     std::string name;  // shown in the hex dump (ORVANE_HID_DUMP=1)
     std::vector<ReportStep> steps;
+    // Why this sequence must not go out (a value that does not fit its byte);
+    // empty for a sequence that may be sent.
+    std::string refusal;
 
     bool carriesDataReports() const
     {
         for (const ReportStep& s : steps)
-            if (s.kind == ReportStep::Kind::Run)
+            if (s.dataReport)
                 return true;
         return false;
     }
