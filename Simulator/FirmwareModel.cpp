@@ -30,17 +30,6 @@ bool reservedBytesClear(const FirmwareModel::Report& r)
         && std::all_of(r.begin() + Offset::DataCount + 1, r.end(), zero);
 }
 
-// While data reports are due, only a report with the full shape of a command
-// frame is taken for one. No block the host sends looks like that: light and
-// settings blocks have other bytes set, key and colour tables never start a
-// report with 04 followed by a command byte and 62 zeros, and a macro body
-// with such a head would not fit in the store.
-bool hasCommandShape(const FirmwareModel::Report& r)
-{
-    return r[Offset::ReportId] == Protocol::kReportId && Protocol::isKnownCommand(r[Offset::Command])
-        && reservedBytesClear(r);
-}
-
 bool isHeader(Command command)
 {
     return FirmwareBlocks::requiredReportCount(command).has_value();
@@ -105,10 +94,26 @@ bool FirmwareBlocks::isValidTarget(Command header, uint8_t target)
     case Command::SystemSet:
         return target >= Protocol::kFirstProfile && target <= Protocol::kLastProfile;
     case Command::UserLightData:
-        return target >= Protocol::kUserLightTargetBase;
+        return target > Protocol::kUserLightTargetBase
+            && target <= Protocol::kUserLightTargetBase + KeyboardState::kUserLightSlots;
     default:
         return true;  // the macro store has no target
     }
+}
+
+Command FirmwareBlocks::requiredOpening(Command header)
+{
+    return header == Command::MacroData ? Command::BeginMacro : Command::BeginUpload;
+}
+
+uint8_t FirmwareBlocks::endFrameTarget(Command header, uint8_t target)
+{
+    return header == Command::KeyTable || header == Command::LightMode ? target : 0;
+}
+
+bool FirmwareBlocks::isLightUpload(Command header)
+{
+    return header == Command::LightMode || header == Command::UserLightData;
 }
 
 uint16_t FirmwareBlocks::addToSum(uint16_t sum, std::span<const uint8_t> bytes)
@@ -128,20 +133,17 @@ void FirmwareModel::set(std::span<const uint8_t> bytes, Time at)
     Report report{};
     std::copy_n(bytes.begin(), std::min(bytes.size(), report.size()), report.begin());
 
-    if (phase_ == Phase::Receiving) {
-        if (hasCommandShape(report)) {
-            abandonBlock(report[Offset::Command], at);
-            onCommandFrame(report, at);
-        } else {
-            onDataReport(report, at);
-        }
-        return;
-    }
-
-    if (report[Offset::ReportId] == Protocol::kReportId) {
+    // While the announced count is not reached, every report is data.
+    if (pending_)
+        onDataReport(report, at);
+    else if (report[Offset::ReportId] == Protocol::kReportId)
         onCommandFrame(report, at);
-        return;
-    }
+    else
+        onStrayReport(report, at);
+}
+
+void FirmwareModel::onStrayReport(const Report& report, Time at)
+{
     if (Protocol::isKnownCommand(report[Offset::Command]) && reservedBytesClear(report)) {
         // Under another report id the frame never reaches the command parser.
         flag(ProtocolError::BadReportId, at,
@@ -149,11 +151,10 @@ void FirmwareModel::set(std::span<const uint8_t> bytes, Time at)
                  .arg(hexByte(report[Offset::Command]), hexByte(report[Offset::ReportId])));
         return;
     }
-
     dataSum_ = FirmwareBlocks::addToSum(dataSum_, report);
-    if (phase_ == Phase::BlockDone && lastHeader_)
+    if (upload_ && upload_->blockDone)
         flag(ProtocolError::WrongCount, at,
-             QStringLiteral("data report beyond the block announced by %1").arg(commandName(*lastHeader_)));
+             QStringLiteral("data report beyond the block announced by %1").arg(commandName(*upload_->header)));
     else
         flag(ProtocolError::DataWithoutHeader, at, QStringLiteral("data report without a header"));
 }
@@ -201,7 +202,9 @@ void FirmwareModel::onCommandFrame(const Report& frame, Time at)
 void FirmwareModel::actOnCommand(const Report& frame, Time at)
 {
     const auto command = static_cast<Command>(frame[Offset::Command]);
+    const uint8_t target = frame[Offset::Target];
     ++commandCounts_[frame[Offset::Command]];
+    checkEndFrames(command, target, at);
 
     Report reply = frame;
     reply[Offset::ReplyStatus] = Protocol::kReplyOk;
@@ -209,18 +212,17 @@ void FirmwareModel::actOnCommand(const Report& frame, Time at)
     switch (command) {
     case Command::BeginUpload:
     case Command::BeginMacro:
-        phase_ = Phase::Open;
-        dataSum_ = 0;
+        openUpload(command, at);
         break;
     case Command::ReadStatus:
-        phase_ = Phase::Open;
+        // A poll needs no opening and may enclose the uploads it causes.
         dataSum_ = 0;
-        reply[Offset::ReplyProfile] = static_cast<uint8_t>(activeProfile_);
+        reply[Offset::ReplyProfile] = static_cast<uint8_t>(state_.activeProfile);
         break;
     case Command::EndUpload:
         reply[Offset::ReplyChecksumLo] = static_cast<uint8_t>(dataSum_ & 0xFF);
         reply[Offset::ReplyChecksumHi] = static_cast<uint8_t>(dataSum_ >> 8);
-        phase_ = Phase::Idle;
+        closeUpload(target, at);
         break;
     case Command::ApplyLight:
         break;
@@ -232,6 +234,52 @@ void FirmwareModel::actOnCommand(const Report& frame, Time at)
     lastReply_ = reply;
 }
 
+void FirmwareModel::checkEndFrames(Command command, uint8_t target, Time at)
+{
+    if (!applyDue_) {
+        if (command == Command::ApplyLight)
+            flag(ProtocolError::WrongEndFrame, at, QStringLiteral("0xf0 where no light upload ended"));
+        return;
+    }
+    const uint8_t due = *applyDue_;
+    applyDue_.reset();
+    if (command != Command::ApplyLight)
+        flag(ProtocolError::WrongEndFrame, at,
+             QStringLiteral("light upload ended without 0xf0, %1 came instead").arg(commandName(command)));
+    else if (target != due)
+        flag(ProtocolError::WrongEndFrame, at, QStringLiteral("0xf0 with byte 2 = %1 instead of %2").arg(target).arg(due));
+}
+
+void FirmwareModel::openUpload(Command opening, Time at)
+{
+    if (upload_)
+        flag(ProtocolError::WrongEndFrame, at,
+             QStringLiteral("%1 while an upload opened by %2 is not closed")
+                 .arg(commandName(opening), commandName(upload_->opening)));
+    upload_ = Upload{opening, std::nullopt, 0, false};
+    dataSum_ = 0;
+}
+
+void FirmwareModel::closeUpload(uint8_t target, Time at)
+{
+    if (!upload_) {
+        // The end of a status poll: a cleared frame.
+        if (target != 0)
+            flag(ProtocolError::WrongEndFrame, at, QStringLiteral("0x02 with byte 2 = %1 outside an upload").arg(target));
+        return;
+    }
+    const Upload upload = *upload_;
+    upload_.reset();
+    if (!upload.header)
+        return;
+    const uint8_t due = FirmwareBlocks::endFrameTarget(*upload.header, upload.target);
+    if (target != due)
+        flag(ProtocolError::WrongEndFrame, at,
+             QStringLiteral("0x02 after %1 with byte 2 = %2 instead of %3").arg(commandName(*upload.header)).arg(target).arg(due));
+    if (FirmwareBlocks::isLightUpload(*upload.header))
+        applyDue_ = due;
+}
+
 void FirmwareModel::openBlock(const Report& frame, Time at)
 {
     const auto header = static_cast<Command>(frame[Offset::Command]);
@@ -239,6 +287,10 @@ void FirmwareModel::openBlock(const Report& frame, Time at)
     const std::size_t count = frame[Offset::DataCount];
     const std::size_t required = *FirmwareBlocks::requiredReportCount(header);
 
+    const Command opening = FirmwareBlocks::requiredOpening(header);
+    if (!upload_ || upload_->opening != opening || upload_->header)
+        flag(ProtocolError::MissingOpening, at,
+             QStringLiteral("header %1 without %2 before it").arg(commandName(header), commandName(opening)));
     if (!FirmwareBlocks::isValidTarget(header, target))
         flag(ProtocolError::BadTarget, at,
              QStringLiteral("header %1 addresses target %2").arg(commandName(header)).arg(target));
@@ -250,14 +302,15 @@ void FirmwareModel::openBlock(const Report& frame, Time at)
                  .arg(required != 0 ? QString::number(required) : QStringLiteral("at least 1")));
     }
 
-    lastHeader_ = header;
-    if (count == 0) {
-        phase_ = Phase::BlockDone;
+    if (!upload_)
+        upload_ = Upload{opening, std::nullopt, 0, false};
+    upload_->header = header;
+    upload_->target = target;
+    upload_->blockDone = count == 0;
+    if (count == 0)
         return;
-    }
     pending_ = PendingBlock{header, target, count, {}};
     pending_->bytes.reserve(count * Protocol::kReportSize);
-    phase_ = Phase::Receiving;
 }
 
 void FirmwareModel::onDataReport(const Report& report, Time at)
@@ -272,15 +325,15 @@ void FirmwareModel::finishBlock(Time at)
 {
     PendingBlock block = std::move(*pending_);
     pending_.reset();
-    phase_ = Phase::BlockDone;
+    if (upload_)
+        upload_->blockDone = true;
 
     // A wrongly sized or wrongly addressed block was flagged at its header;
     // the firmware would not know where to put it.
     const std::size_t required = *FirmwareBlocks::requiredReportCount(block.header);
     if (required != 0 && block.expected != required)
         return;
-    Block* store = storeFor(block.header, block.target);
-    if (!store)
+    if (!FirmwareBlocks::isValidTarget(block.header, block.target))
         return;
 
     const std::size_t marker = *FirmwareBlocks::endMarkerOffset(block.header, block.bytes.size());
@@ -293,34 +346,17 @@ void FirmwareModel::finishBlock(Time at)
                  .arg(marker));
         return;
     }
-    *store = std::move(block.bytes);
+    FirmwareDecoders::decodeBlock(block.header, block.target, block.bytes, state_);
 }
 
-void FirmwareModel::abandonBlock(uint8_t interruptingCommand, Time at)
+void FirmwareModel::unplugged()
 {
-    flag(ProtocolError::WrongCount, at,
-         QStringLiteral("block of %1 for target %2 got %3 of %4 data reports before command %5")
-             .arg(commandName(pending_->header))
-             .arg(pending_->target)
-             .arg(pending_->bytes.size() / Protocol::kReportSize)
-             .arg(pending_->expected)
-             .arg(hexByte(interruptingCommand)));
+    upload_.reset();
     pending_.reset();
-    phase_ = Phase::Open;
-}
-
-FirmwareModel::Block* FirmwareModel::storeFor(Command header, uint8_t target)
-{
-    if (!FirmwareBlocks::isValidTarget(header, target))
-        return nullptr;
-    switch (header) {
-    case Command::KeyTable: return &keyTables_[target - 1];
-    case Command::LightMode: return &lightModes_[target - 1];
-    case Command::SystemSet: return &systemSettings_[target - 1];
-    case Command::UserLightData: return &userLights_[target - Protocol::kUserLightTargetBase];
-    case Command::MacroData: return &macroStore_;
-    default: return nullptr;
-    }
+    applyDue_.reset();
+    dataSum_ = 0;
+    lastReply_ = {};
+    lastReportAt_.reset();
 }
 
 void FirmwareModel::flag(ProtocolError kind, Time at, const QString& what)
@@ -332,7 +368,7 @@ void FirmwareModel::flag(ProtocolError kind, Time at, const QString& what)
 
 void FirmwareModel::setActiveProfile(int profile)
 {
-    activeProfile_ = std::clamp(profile, 0, 255);
+    state_.activeProfile = std::clamp(profile, 0, 255);
 }
 
 void FirmwareModel::requestRepeatOnce()
@@ -340,27 +376,17 @@ void FirmwareModel::requestRepeatOnce()
     repeatRequested_ = true;
 }
 
-namespace {
-const FirmwareModel::Block& profileBlock(const std::array<FirmwareModel::Block, Protocol::kLastProfile>& blocks,
-                                         int profile)
-{
-    if (profile < Protocol::kFirstProfile || profile > Protocol::kLastProfile)
-        return kNoBlock;
-    return blocks[profile - 1];
-}
-}  // namespace
-
-const FirmwareModel::Block& FirmwareModel::keyTable(int profile) const { return profileBlock(keyTables_, profile); }
-const FirmwareModel::Block& FirmwareModel::lightMode(int profile) const { return profileBlock(lightModes_, profile); }
+const FirmwareModel::Block& FirmwareModel::keyTable(int profile) const { return state_.profile(profile).keyTable; }
+const FirmwareModel::Block& FirmwareModel::lightMode(int profile) const { return state_.profile(profile).lightMode; }
 const FirmwareModel::Block& FirmwareModel::systemSettings(int profile) const
 {
-    return profileBlock(systemSettings_, profile);
+    return state_.profile(profile).systemSettings;
 }
 
 const FirmwareModel::Block& FirmwareModel::userLight(int slot) const
 {
-    const auto it = userLights_.find(slot);
-    return it == userLights_.end() ? kNoBlock : it->second;
+    const auto it = state_.userLightSlots.find(slot);
+    return it == state_.userLightSlots.end() ? kNoBlock : it->second;
 }
 
 int FirmwareModel::commandCount(Command command) const

@@ -2,22 +2,26 @@
 // FirmwareModel: what the keyboard's firmware does with the reports it gets.
 //
 // The model sees the stream of 64-byte feature reports that the host sets and
-// answers the host's reads. It follows the framing of an upload (opening
-// command, header with target and report count, that many data reports,
-// end command), keeps every complete block exactly as its bytes arrived, and
-// answers the way the firmware family does: an echo of the frame with 0x01 in
-// byte 3 (0xFF when it wants the frame again), the data sum in the reply to
-// the end command and the active profile in the reply to the status poll.
+// answers the host's reads. It follows the shape of every upload as the
+// firmware does: the opening command the upload needs (0x18, or 0x19 for the
+// macro store), a header with target and report count, exactly that many data
+// reports, then the end frames of that upload type (0x02 with the byte 2 the
+// type keeps, and 0xF0 after light uploads only). Whether a report is data or
+// a command is decided by the count the last header announced, never by its
+// bytes: a light block for mode 4 starts with 0x04 like a command frame.
 // Anything the host gets wrong on the wire is recorded as a protocol error.
 //
-// A block is stored the moment its last data report arrives with its end
-// marker in place; the end command only closes the sequence and reports the
-// sum. A block that is cut short or lacks its marker is dropped.
+// A block is decoded into the keyboard's state (KeyboardState) the moment its
+// last data report arrives with its end marker in place; the end command only
+// closes the sequence and reports the sum. A block that is cut short or lacks
+// its marker is dropped, and an upload half received when the keyboard is
+// unplugged is forgotten.
 //
 // The model is a plain value: no I/O, no clock and no lock. The caller passes
 // the time of every report and serialises the calls (VirtualKeyboard does).
 
 #include "Protocol/Command.h"
+#include "Simulator/KeyboardState.h"
 
 #include <QString>
 #include <QStringList>
@@ -38,13 +42,15 @@ enum class ProtocolError {
     BadReportId,        // a command frame whose byte 0 is not 4
     UnknownCommand,     // byte 1 of a frame is not a command
     StrayFrameBytes,    // a command frame with bytes other than 0, 1, 2 and 8 set
-    BadTarget,          // a header addressing no profile or user light slot
+    BadTarget,          // a header addressing no profile or user light slot 1..6
+    MissingOpening,     // a header without the opening command its upload needs
+    WrongEndFrame,      // 0x02 or 0xF0 out of place, with the wrong byte 2, or 0xF0 missing
 };
 
 class FirmwareModel {
 public:
     using Report = std::array<uint8_t, Protocol::kReportSize>;
-    using Block = std::vector<uint8_t>;
+    using Block = FirmwareBlock;
     // Time since the keyboard started.
     using Time = std::chrono::microseconds;
 
@@ -66,14 +72,17 @@ public:
     // Controls, as the user or a test would use them.
     void setActiveProfile(int profile);  // what the status poll reports, 0..255
     void requestRepeatOnce();            // the next command frame gets 0xFF
+    // The keyboard lost power: whatever upload was under way is forgotten.
+    void unplugged();
 
     // Stored state. An empty block means nothing complete has arrived.
-    int activeProfile() const { return activeProfile_; }
+    const KeyboardState& state() const { return state_; }
+    int activeProfile() const { return state_.activeProfile; }
     const Block& keyTable(int profile) const;       // 576 bytes
     const Block& lightMode(int profile) const;      // the whole 64-byte report
     const Block& systemSettings(int profile) const; // 64 bytes
     const Block& userLight(int slot) const;         // 576 bytes, target 128 + slot
-    const Block& macroStore() const { return macroStore_; }  // n * 64 bytes
+    const Block& macroStore() const { return state_.macroStore; }  // n * 64 bytes
 
     // How often each command frame was acted on (a frame answered with 0xFF
     // is not), and how many sets and gets arrived.
@@ -88,45 +97,41 @@ public:
     void clearProtocolErrors() { faults_.clear(); }
 
 private:
-    // Where the stream stands between two reports.
-    enum class Phase {
-        Idle,          // nothing open, or a sequence closed by the end command
-        Open,          // after an opening command or a status poll
-        Receiving,     // a header announced data reports that are still due
-        BlockDone,     // the last announced data report has arrived
-    };
-
     struct PendingBlock {
         Protocol::Command header;
         uint8_t target = 0;
         std::size_t expected = 0;  // data reports announced in byte 8
         Block bytes;
     };
+    // The upload between its opening command and its 0x02.
+    struct Upload {
+        Protocol::Command opening;
+        std::optional<Protocol::Command> header;
+        uint8_t target = 0;
+        bool blockDone = false;  // the announced data reports have all arrived
+    };
 
     void checkInterval(Time at);
     void onCommandFrame(const Report& frame, Time at);
     void actOnCommand(const Report& frame, Time at);
+    void checkEndFrames(Protocol::Command command, uint8_t target, Time at);
+    void openUpload(Protocol::Command opening, Time at);
+    void closeUpload(uint8_t target, Time at);
     void openBlock(const Report& frame, Time at);
+    void onStrayReport(const Report& report, Time at);
     void onDataReport(const Report& report, Time at);
     void finishBlock(Time at);
-    void abandonBlock(uint8_t interruptingCommand, Time at);
-    Block* storeFor(Protocol::Command header, uint8_t target);
     void flag(ProtocolError kind, Time at, const QString& what);
 
-    Phase phase_ = Phase::Idle;
+    std::optional<Upload> upload_;
     std::optional<PendingBlock> pending_;
-    std::optional<Protocol::Command> lastHeader_;  // for messages about overruns
+    std::optional<uint8_t> applyDue_;  // byte 2 the 0xF0 after a light upload must carry
     uint16_t dataSum_ = 0;
     Report lastReply_{};
     bool repeatRequested_ = false;
     std::optional<Time> lastReportAt_;
 
-    int activeProfile_ = Protocol::kFirstProfile;
-    std::array<Block, Protocol::kLastProfile> keyTables_;
-    std::array<Block, Protocol::kLastProfile> lightModes_;
-    std::array<Block, Protocol::kLastProfile> systemSettings_;
-    std::map<int, Block> userLights_;
-    Block macroStore_;
+    KeyboardState state_;
 
     std::map<uint8_t, int> commandCounts_;
     int setCount_ = 0;
@@ -145,7 +150,15 @@ std::optional<std::size_t> endMarkerOffset(Protocol::Command header, std::size_t
 // The number of data reports a header must announce; 0 where any count of
 // one or more is fine (the macro store), nothing for a non-header.
 std::optional<std::size_t> requiredReportCount(Protocol::Command header);
-// True when `target` addresses something the header can write.
+// The opening command an upload with this header needs.
+Protocol::Command requiredOpening(Protocol::Command header);
+// Byte 2 of the 0x02 that closes an upload with this header: the key table
+// and light mode keep their target, the others clear the frame.
+uint8_t endFrameTarget(Protocol::Command header, uint8_t target);
+// True for the uploads that 0xF0 follows.
+bool isLightUpload(Protocol::Command header);
+// True when `target` addresses something the header can write: a profile
+// 1..5, or user light slots 1..6 as 129..134.
 bool isValidTarget(Protocol::Command header, uint8_t target);
 // The 16-bit sum the firmware reports for a run of data reports.
 uint16_t addToSum(uint16_t sum, std::span<const uint8_t> bytes);

@@ -169,6 +169,8 @@ std::shared_ptr<HidDeviceHandle> VirtualKeyboard::interfaceHandle(Interface whic
 void VirtualKeyboard::setPlugged(bool plugged)
 {
     std::lock_guard lock(state_->mutex);
+    if (state_->plugged && !plugged)
+        state_->firmware.unplugged();
     state_->plugged = plugged;
 }
 

@@ -48,13 +48,18 @@ public:
         for (std::size_t i = 0; i < data.size(); i += 64)
             set({data.begin() + i, data.begin() + i + 64});
     }
-    // Opening command, header, data, end command; returns the end reply.
-    std::string upload(Command open, Command header, uint8_t target, const std::vector<uint8_t>& data)
+    // An upload in the shape the host sends it: opening command, header,
+    // data, 0x02 (and 0xF0 for light); returns the reply to the 0x02.
+    std::string upload(Command header, uint8_t target, const std::vector<uint8_t>& data)
     {
-        exchange(frame(open));
+        exchange(frame(FirmwareBlocks::requiredOpening(header)));
         exchange(frame(header, target, static_cast<uint8_t>(data.size() / 64)));
         sendRun(data);
-        return exchange(frame(Command::EndUpload, target));
+        const uint8_t endTarget = FirmwareBlocks::endFrameTarget(header, target);
+        const std::string reply = exchange(frame(Command::EndUpload, endTarget));
+        if (FirmwareBlocks::isLightUpload(header))
+            exchange(frame(Command::ApplyLight, endTarget));
+        return reply;
     }
 
 private:
@@ -67,8 +72,10 @@ std::string hex(const std::vector<uint8_t>& bytes) { return hexFromBytes(bytes);
 
 void PrintTo(ProtocolError kind, std::ostream* os)
 {
-    static const char* const names[] = {"DataWithoutHeader", "WrongCount", "MissingEndMarker", "TooFast",
-                                        "BadReportId",       "UnknownCommand", "StrayFrameBytes", "BadTarget"};
+    static const char* const names[] = {"DataWithoutHeader", "WrongCount",      "MissingEndMarker",
+                                        "TooFast",           "BadReportId",     "UnknownCommand",
+                                        "StrayFrameBytes",   "BadTarget",       "MissingOpening",
+                                        "WrongEndFrame"};
     *os << names[static_cast<int>(kind)];
 }
 
@@ -89,29 +96,28 @@ TEST(FirmwareModel, KeyTableIsStoredForItsProfileAndTheEndReplyCarriesTheDataSum
 TEST(FirmwareModel, LightUserLightSystemAndMacroUploadsLandWhereTheirHeadersSay)
 {
     Wire w;
-    auto light = block(64, 14, 0x80);
-    w.upload(Command::BeginUpload, Command::LightMode, 2, light);
-    w.exchange(frame(Command::ApplyLight, 2));
+    auto light = block(64, 14, 0x04);  // mode 4: byte 0 is the report id's value
+    w.upload(Command::LightMode, 2, light);
 
     auto colours = block(576, 574, 0x07);
-    w.upload(Command::BeginUpload, Command::UserLightData, 0x80 + 2, colours);
-    w.exchange(frame(Command::ApplyLight));
+    w.upload(Command::UserLightData, 0x80 + 2, colours);
 
     auto settings = block(64, 62, 0x83);
-    w.upload(Command::BeginUpload, Command::SystemSet, 4, settings);
+    w.upload(Command::SystemSet, 4, settings);
 
     // 50 reports of 0xFF but for the marker: the sum wraps past 16 bits,
     // 3198 * 255 + 0xAA + 0x55 = 815745 = 12 * 65536 + 0x7281.
     std::vector<uint8_t> macros(50 * 64, 0xFF);
     macros[50 * 64 - 2] = 0xAA;
     macros[50 * 64 - 1] = 0x55;
-    EXPECT_EQ(w.upload(Command::BeginMacro, Command::MacroData, 0, macros),
+    EXPECT_EQ(w.upload(Command::MacroData, 0, macros),
               hex(report({0x04, 0x02, 0, 0x01, 0x81, 0x72})));
 
     EXPECT_EQ(w.fw.lightMode(2), light);
     EXPECT_EQ(w.fw.userLight(2), colours);
     EXPECT_TRUE(w.fw.userLight(1).empty());
     EXPECT_EQ(w.fw.systemSettings(4), settings);
+    EXPECT_EQ(w.fw.state().profile(4).locks, (LockSettings{true, true, false}));
     EXPECT_EQ(w.fw.macroStore(), macros);
     EXPECT_EQ(w.fw.applyLightCount(), 2);
     EXPECT_EQ(w.fw.commandCount(Command::BeginUpload), 3);
@@ -166,14 +172,16 @@ TEST(FirmwareModel, StrayAndMiscountedReportsAreFlaggedAndIncompleteBlocksDroppe
         EXPECT_EQ(w.fw.protocolErrorKinds(), Kinds{ProtocolError::DataWithoutHeader});
     }
     {
-        Wire w;  // the end command arrives after 4 of 9 reports
+        Wire w;  // frames after 4 of 9 reports are taken as data, by the count
         w.exchange(frame(Command::BeginUpload));
         w.exchange(frame(Command::KeyTable, 1, 9));
         const auto table = block(576, 574);
         w.sendRun({table.begin(), table.begin() + 4 * 64});
-        w.exchange(frame(Command::EndUpload, 1));
-        EXPECT_EQ(w.fw.protocolErrorKinds(), Kinds{ProtocolError::WrongCount});
+        for (int i = 0; i < 5; ++i)
+            w.set(frame(Command::EndUpload, 1));
+        EXPECT_EQ(w.fw.protocolErrorKinds(), Kinds{ProtocolError::MissingEndMarker});
         EXPECT_TRUE(w.fw.keyTable(1).empty());
+        EXPECT_EQ(w.fw.commandCount(Command::EndUpload), 0);
     }
     {
         Wire w;  // one report more than announced, before the end command
@@ -210,7 +218,7 @@ TEST(FirmwareModel, BlocksWithoutTheirEndMarkerAreFlaggedAndNotStored)
         SCOPED_TRACE(static_cast<int>(c.header));
         Wire w;
         auto shifted = block(c.size, c.markerAt - 1);  // one byte too early
-        w.upload(Command::BeginUpload, c.header, c.target, shifted);
+        w.upload(c.header, c.target, shifted);
         EXPECT_EQ(w.fw.protocolErrorKinds(), Kinds{ProtocolError::MissingEndMarker});
         EXPECT_TRUE(w.fw.keyTable(1).empty() && w.fw.userLight(1).empty() && w.fw.lightMode(1).empty()
                     && w.fw.systemSettings(1).empty() && w.fw.macroStore().empty());
@@ -234,4 +242,54 @@ TEST(FirmwareModel, MalformedFramesAndHastyReportsAreFlagged)
     quick.fw.set(frame(Command::EndUpload), quick.now + 19ms);  // exactly 10 ms later is fine
     EXPECT_EQ(quick.fw.protocolErrorKinds(), Kinds{ProtocolError::TooFast});
     EXPECT_TRUE(quick.fw.protocolErrors().front().contains(QStringLiteral("9.0 ms")));
+}
+
+TEST(FirmwareModel, UploadsOutOfShapeAreFlaggedAsTheFirmwareSeesThem)
+{
+    using Reports = std::vector<std::vector<uint8_t>>;
+    const auto light = block(64, 14, 0x04);
+    const auto settings = block(64, 62, 0x81);
+    const auto colours = block(576, 574);
+    const auto begin = frame(Command::BeginUpload);
+    struct Case {
+        const char* what;
+        Reports reports;
+        Kinds expected;
+    };
+    const Case cases[] = {
+        {"light header without 0x18", {frame(Command::LightMode, 1, 1), light, frame(Command::EndUpload, 1),
+                                       frame(Command::ApplyLight, 1)}, {ProtocolError::MissingOpening}},
+        {"macro store opened by 0x18", {begin, frame(Command::MacroData, 0, 1), settings, frame(Command::EndUpload)},
+         {ProtocolError::MissingOpening}},
+        {"0xf0 after system settings", {begin, frame(Command::SystemSet, 1, 1), settings, frame(Command::EndUpload),
+                                        frame(Command::ApplyLight)}, {ProtocolError::WrongEndFrame}},
+        {"light without 0xf0", {begin, frame(Command::LightMode, 1, 1), light, frame(Command::EndUpload, 1), begin},
+         {ProtocolError::WrongEndFrame}},
+        {"0x02 of system settings keeps the profile",
+         {begin, frame(Command::SystemSet, 2, 1), settings, frame(Command::EndUpload, 2)}, {ProtocolError::WrongEndFrame}},
+        {"0x02 of a key table drops the profile",
+         {begin, frame(Command::KeyTable, 2, 9), colours, frame(Command::EndUpload)}, {ProtocolError::WrongEndFrame}},
+        {"user light slot 7", {begin, frame(Command::UserLightData, 0x87, 9), colours}, {ProtocolError::BadTarget}},
+        {"user light slot 0", {begin, frame(Command::UserLightData, 0x80, 9), colours}, {ProtocolError::BadTarget}},
+    };
+    for (const Case& c : cases) {
+        SCOPED_TRACE(c.what);
+        Wire w;
+        for (const auto& r : c.reports)
+            r.size() > 64 ? w.sendRun(r) : void(w.exchange(r));
+        EXPECT_EQ(w.fw.protocolErrorKinds(), c.expected);
+        EXPECT_TRUE(w.fw.userLight(7).empty() && w.fw.userLight(0).empty());
+    }
+}
+
+TEST(FirmwareModel, AReportWhileDataIsDueIsDataEvenWhenItLooksLikeACommand)
+{
+    Wire w;
+    std::vector<uint8_t> store = frame(Command::EndUpload);  // a macro body that reads 04 02 00 ...
+    const auto tail = block(64, 62, 0x09);
+    store.insert(store.end(), tail.begin(), tail.end());
+    w.upload(Command::MacroData, 0, store);
+    EXPECT_EQ(w.fw.macroStore(), store);
+    EXPECT_EQ(w.fw.commandCount(Command::EndUpload), 1);
+    EXPECT_TRUE(w.fw.protocolErrors().isEmpty()) << w.fw.protocolErrors().join('\n').toStdString();
 }

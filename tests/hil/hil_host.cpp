@@ -11,9 +11,10 @@
 // Output lines (both modes where they apply):
 //   WIRE SET <value> <index> <hex>   a feature report SET the device must see
 //   WIRE GET <value> <index>         a GET it must see
-//   BINDS <n>                        how often usbhid binds the configuration
-//                                    interface: once at plug-in, once more
-//                                    after each sequence that carries data
+//   WIRE BIND                        usbhid binding the configuration interface
+//                                    (it fetches the report descriptor): at
+//                                    plug-in, and when a sequence that carries
+//                                    data reports gives its usbfs claim back
 //   REPLY <hex>                      a status reply as getDeviceData returned it
 //   CHECK ok|FAIL <what>             an observation of the run
 
@@ -94,9 +95,8 @@ void printExpected()
 {
     auto set = [](const uint8_t* p) { std::printf("WIRE SET 0304 %04x %s\n", kConfigInterface, hexString({p, 64}).c_str()); };
     auto get = [] { std::printf("WIRE GET 0304 %04x\n", kConfigInterface); };
-    int binds = 1;
+    std::printf("WIRE BIND\n");
     for (const ReportSequence& sequence : conversation()) {
-        binds += sequence.carriesDataReports() ? 1 : 0;
         for (const ReportStep& step : sequence.steps) {
             if (step.kind == ReportStep::Kind::Run) {
                 for (int i = 0; i + 1 < step.length / 64; ++i)
@@ -106,8 +106,9 @@ void printExpected()
                 get();
             }
         }
+        if (sequence.carriesDataReports())
+            std::printf("WIRE BIND\n");
     }
-    std::printf("BINDS %d\n", binds);
 }
 
 int failures = 0;
