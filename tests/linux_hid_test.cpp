@@ -85,6 +85,11 @@ TEST_F(FakeSysfs, PropertiesAreReadAsTheDeviceModelExpectsThem)
     EXPECT_EQ(config.name, "ORVANE M61");
     EXPECT_TRUE(isConfigurationInterface(config));
 
+    // Only the line feed sysfs adds goes; a trailing blank makes another model.
+    writeFile(usbDir / "product", "ORVANE M61 \n");
+    EXPECT_EQ(HIDDevice(std::make_shared<LinuxHidDevice>(*readUsbHidInterface(configNode), "/dev", nullptr)).name,
+              "ORVANE M61 ");
+
     fs::remove(usbDir / "product");
     const HIDDevice typing(std::make_shared<LinuxHidDevice>(*readUsbHidInterface(typingNode), "/dev", nullptr));
     EXPECT_EQ(typing.reportSize, 8);
@@ -94,6 +99,20 @@ TEST_F(FakeSysfs, PropertiesAreReadAsTheDeviceModelExpectsThem)
 
     fs::remove(usbDir / "idVendor");  // not a USB device we can place
     EXPECT_FALSE(readUsbHidInterface(configNode));
+}
+
+TEST_F(FakeSysfs, AFailedReadLeavesTheCallersBufferAndLengthAndSaysWhy)
+{
+    // No node under this /dev: the read fails, and a repeat that follows
+    // must still find all 64 bytes of the request.
+    LinuxHidDevice handle(*readUsbHidInterface(configNode), fs::path(tmp.path().toStdString()) / "dev", nullptr);
+    std::vector<uint8_t> buffer(64, 0x5A);
+    std::size_t length = buffer.size();
+    const HidStatus status = handle.getFeatureReport(4, buffer, length);
+    EXPECT_EQ(status, HidResult::NotResponding);
+    EXPECT_NE(status.reason().find("hidraw3"), std::string::npos) << status.reason();
+    EXPECT_EQ(length, 64u);
+    EXPECT_EQ(buffer, std::vector<uint8_t>(64, 0x5A));
 }
 
 TEST(LocationId, BusInTopByteThenOneNibblePerPort)

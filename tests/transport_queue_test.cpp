@@ -41,12 +41,13 @@ TEST(TransportQueue, SequencesGoOutWholeInTheOrderTheyWereHandedOver)
     captureLines();
     rig.queue.submit(rig.comm, oneFrame("a", Protocol::Command::BeginUpload));
     rig.queue.submit(rig.comm, UploadSequences::keyTable(1, table));
-    rig.queue.submit(rig.comm, oneFrame("c", Protocol::Command::ApplyLight));
+    UploadSequences::Report settings{0x81};
+    rig.queue.submit(rig.comm, UploadSequences::systemSettings(2, settings));
     EXPECT_EQ(rig.queue.pending(), 3);
     ASSERT_TRUE(rig.queue.waitForIdle(5s));
     capturedLines();
     const auto sets = rig.device->sets();
-    ASSERT_EQ(sets.size(), 3u + 14 + 3);
+    ASSERT_EQ(sets.size(), 3u + 14 + 6);
     EXPECT_EQ(sets[0], "begin");
     EXPECT_EQ(sets[1], frame({0x04, 0x18}));
     EXPECT_EQ(sets[2], "end");
@@ -55,9 +56,33 @@ TEST(TransportQueue, SequencesGoOutWholeInTheOrderTheyWereHandedOver)
     EXPECT_EQ(sets[5], frame({0x04, 0x11, 0x01, 0, 0, 0, 0, 0, 0x09}));
     EXPECT_EQ(sets[15], frame({0x04, 0x02, 0x01}));
     EXPECT_EQ(sets[16], "end");
-    EXPECT_EQ(sets[17], "begin");
-    EXPECT_EQ(sets[18], frame({0x04, 0xF0}));
-    EXPECT_EQ(sets[19], "end");
+    EXPECT_EQ(sets[17], "begin data") << "a single data report holds the exact path for its whole sequence";
+    EXPECT_EQ(sets[20], frame({0x81}));
+    EXPECT_EQ(sets[21], frame({0x04, 0x02}));
+    EXPECT_EQ(sets[22], "end");
+}
+
+TEST(TransportQueue, AValueThatDoesNotFitItsByteIsNotSentAndALineSaysSo)
+{
+    Rig rig;
+    const UploadSequences::Report block{};
+    const UploadSequences::NineReports nine{};
+    std::vector<ReportSequence> refused;
+    refused.push_back(UploadSequences::keyTable(256, nine));
+    refused.push_back(UploadSequences::lightMode(-1, block));
+    refused.push_back(UploadSequences::systemSettings(300, block));
+    refused.push_back(UploadSequences::userLightColors(128, nine));
+    refused.push_back(UploadSequences::macroStore(std::vector<uint8_t>(256 * 64, 0)));
+    captureLines();
+    for (ReportSequence& sequence : refused)
+        EXPECT_FALSE(rig.queue.submit(rig.comm, std::move(sequence)));
+    ASSERT_TRUE(rig.queue.waitForIdle(5s));
+    EXPECT_EQ(capturedLines(), "not sent: key table 256: profile 256 does not fit a byte\n"
+                               "not sent: light mode -1: profile -1 does not fit a byte\n"
+                               "not sent: system settings 300: profile 300 does not fit a byte\n"
+                               "not sent: user light slot 128: target 256 does not fit a byte\n"
+                               "not sent: macro store: count 256 does not fit a byte\n");
+    EXPECT_TRUE(rig.device->sets().empty());
 }
 
 TEST(TransportQueue, WhatAReplyHandlerHandsOverRunsBeforeTheRestOfThePollAndBeforeLaterWork)

@@ -208,3 +208,47 @@ TEST_F(Session, ATwoSecondUploadLeavesTheWindowFreeAndPollTicksMeanwhileAreSkipp
     EXPECT_EQ(controller->currentProfile, 1);
     EXPECT_TRUE(keyboard->protocolErrors().isEmpty()) << keyboard->protocolErrors().join("\n").toStdString();
 }
+
+TEST_F(Session, ASecondKeyboardWaitsUntilTheOneInSessionIsUnplugged)
+{
+    auto first = plug(Model::M61);
+    const auto transport = controller->currentTransport();
+    auto second = std::make_shared<VirtualKeyboard>(Model::K68);
+    bus->plug(second);
+    waitUntil([] { return false; }, 200);
+    EXPECT_EQ(controller->currentTransport(), transport);
+    EXPECT_EQ(controller->deviceName(), "ORVANE M61");
+    EXPECT_EQ(controller->announcement()->deviceType, 1);
+    EXPECT_EQ(second->setCount(), 0);
+
+    bus->unplug(first);
+    ASSERT_TRUE(waitUntil([&] {
+        const auto now = controller->currentTransport();
+        return now && now != transport && !controller->hidcomm_busy();
+    }));
+    EXPECT_TRUE(transport->isReleased()) << "unplugging the one in session ends its session";
+    EXPECT_EQ(controller->deviceName(), "ORVANE K68");
+    EXPECT_EQ(controller->keyboardType, 0);
+    EXPECT_EQ(controller->deviceDBfile, "orvane_68k_device.sqlite3");
+}
+
+TEST_F(Session, AProfilePickedWhileAPollIsOutIsKeptAfterTheKeyboardsReply)
+{
+    auto keyboard = plug(Model::M61);
+    keyboard->setActiveProfile(3);
+    // The poll's reply reaches this thread as a queued call, held until the
+    // event loop turns: the pick below is made while that reply is owed.
+    controller->pollKeyboardProfile();
+    controller->pickProfile(2);
+    EXPECT_EQ(controller->currentProfile, 1) << "the pick waits for the poll's reply";
+    ASSERT_TRUE(waitUntil([&] { return controller->currentProfile == 2 && !controller->hidcomm_busy(); }));
+    ASSERT_TRUE(controller->transport().waitForIdle(std::chrono::seconds(5)));
+    EXPECT_EQ(controller->currentProfile, 2);
+    EXPECT_EQ(storedProfile(), "2");
+    const auto trace = keyboard->recentTrace();
+    ASSERT_GE(trace.size(), 4u);
+    EXPECT_EQ(hexFromBytes({trace[trace.size() - 4].data.begin(), trace[trace.size() - 4].data.end()}),
+              hexFromBytes(report({0x04, 0x30})));
+    EXPECT_EQ(hexFromBytes({trace[trace.size() - 2].data.begin(), trace[trace.size() - 2].data.end()}),
+              hexFromBytes(report({0x04, 0x02})));
+}

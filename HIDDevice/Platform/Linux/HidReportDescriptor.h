@@ -1,5 +1,5 @@
 #pragma once
-// Report sizes from a HID report descriptor, counted the way macOS reports
+// Report sizes from a HID report descriptor, as our properties report
 // MaxInputReportSize / MaxFeatureReportSize: the largest report's data bytes,
 // plus one byte for the report id when the descriptor uses report ids.
 //

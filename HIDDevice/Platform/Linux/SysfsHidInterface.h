@@ -42,7 +42,7 @@ std::string interfaceIdentityOfHidraw(const std::filesystem::path& hidrawSysPath
 // no HID driver is bound to it.
 std::optional<std::string> findHidrawName(const std::filesystem::path& interfaceDir);
 
-// macOS's LocationID: bus number in the top byte, then one nibble per hub port
+// Our "LocationID": bus number in the top byte, then one nibble per hub port
 // ("1.4" on bus 3 gives 0x03140000). Stable for a given socket.
 uint32_t locationIdFromUsbPath(int busNumber, std::string_view portPath);
 
