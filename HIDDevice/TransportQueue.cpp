@@ -95,6 +95,16 @@ void TransportQueue::execute(Job& job)
         open = false;
     };
 
+    // The first failure of a sequence is logged with its reason; the rest of
+    // the sequence still runs, as the keyboard expects its frames in order.
+    bool failureLogged = false;
+    auto note = [&](const HidStatus& status) {
+        if (status || failureLogged)
+            return;
+        failureLogged = true;
+        qCWarning(lcOrvane, "%s: %s", job.sequence.name.c_str(), status.reason().c_str());
+    };
+
     if (DeviceComm::hexDumpEnabled())
         std::cerr << "hid sequence: " << job.sequence.name << std::endl;
     openBracket();
@@ -107,10 +117,10 @@ void TransportQueue::execute(Job& job)
             continue;
         switch (step.kind) {
         case ReportStep::Kind::Single:
-            comm.sendDeviceData(step.data);
+            note(comm.sendDeviceData(step.data));
             break;
         case ReportStep::Kind::Run:
-            comm.sendDeviceData(step.data, step.length);
+            note(comm.sendDeviceData(step.data, step.length));
             break;
         case ReportStep::Kind::Sleep:
             comm.sleep(step.pause);
@@ -121,6 +131,7 @@ void TransportQueue::execute(Job& job)
             if (!comm.isReleased()) {
                 result.sent = true;
                 result.status = comm.getDeviceData(result.reply);
+                note(result.status);
             }
             if (!job.onReply || replyDelivered)
                 break;
