@@ -1,5 +1,7 @@
 #include "support/CapturedLines.h"
 #include "Common/DataPaths.h"
+#include "Common/Globals.h"
+#include "Language/LanguageTag.h"
 #include "SQLite/LocalSQLite.h"
 #include "support/StoreTestSupport.h"
 
@@ -114,9 +116,19 @@ TEST_F(LocalStoreTest, UnopenableFolderGivesAUsableStoreWithNeutralAnswers)
     EXPECT_TRUE(store.writeLocalData("orvane", "language", "en-US"));
 }
 
-TEST(LanguageRule, OnlyTheExactSimplifiedChineseTagIsChinese)
+TEST(LanguageRule, ADesktopTagWithARegionGainsItsScriptAndOnlyZhHansCNIsChinese)
 {
-    EXPECT_EQ(languageIdForTag("zh-Hans-CN"), kLanguageChinese);
-    for (const char* tag : {"en-US", "zh-Hans", "zh-Hant-TW", "zh-hans-cn", "zh-CN", ""})
-        EXPECT_EQ(languageIdForTag(tag), kLanguageEnglish) << tag;
+    const std::vector<std::tuple<const char*, const char*, int>> cases{
+        {"zh-CN", "zh-Hans-CN", kLanguageChinese}, {"zh_CN", "zh-Hans-CN", kLanguageChinese},
+        {"zh-Hans-CN", "zh-Hans-CN", kLanguageChinese}, {"zh", "zh", kLanguageEnglish},
+        {"zh-Hans", "zh-Hans", kLanguageEnglish}, {"zh-TW", "zh-Hant-TW", kLanguageEnglish},
+        {"en-US", "en-US", kLanguageEnglish}, {"de-DE", "de-DE", kLanguageEnglish},
+        {"C", "en-US", kLanguageEnglish},
+    };
+    for (const auto& [desktop, tag, language] : cases) {
+        EXPECT_EQ(languageTagFor(desktop), tag) << desktop;
+        EXPECT_EQ(languageIdForTag(tag), language) << tag;
+    }
+    for (const char* stored : {"zh-hans-cn", "zh-Hant-TW", ""})
+        EXPECT_EQ(languageIdForTag(stored), kLanguageEnglish) << stored;
 }
