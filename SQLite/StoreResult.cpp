@@ -21,10 +21,10 @@ QString storeProblemMessage(const StoreHealth& health, const QString& what)
     const QString reason = QString::fromStdString(status.reason);
     if (!health.movedAside.isEmpty() && health.opening.ok()) {
         if (health.movedBecauseDamaged)
-            return QStringLiteral("The file with %1 was damaged and could not be read. It was moved aside to %2, "
-                                  "and %1 start again from the defaults in a new file.")
+            return QStringLiteral("%1 could not be read because the file was damaged. The damaged file was kept as "
+                                  "%2, and a new one with the defaults is in use.")
                 .arg(what, health.movedAside);
-        return QStringLiteral("The file with %1 was written by an older version and was replaced by a new one. "
+        return QStringLiteral("%1 were in a file made for another version of the app, so a new file was made. "
                               "The old file was kept as %2.")
             .arg(what, health.movedAside);
     }
@@ -33,23 +33,24 @@ QString storeProblemMessage(const StoreHealth& health, const QString& what)
     case StoreResult::Missing:
         return {};
     case StoreResult::Busy:
-        return QStringLiteral("The file with %1 (%2) is in use by another program, perhaps another copy of "
-                              "Orvane Keyboard Studio, so it is left as it is for now. Close the other program "
-                              "and start the app again.")
+        return QStringLiteral("%1 are in use by another program, perhaps another copy of Orvane Keyboard Studio "
+                              "(%2), so they are left as they are for now. Close the other program and start the "
+                              "app again.")
             .arg(what, health.file);
     case StoreResult::ReadOnly:
-        return QStringLiteral("Orvane Keyboard Studio may not write %1 in %2, so changes you make now are not kept. ")
+        return QStringLiteral("%1 cannot be saved: Orvane Keyboard Studio may not write in %2, so changes you make "
+                              "now are not kept. ")
                    .arg(what, folder)
             + fixForFolder(folder);
     case StoreResult::MoveFailed:
-        return QStringLiteral("The file with %1 (%2) had to make room for a new one but could not be moved aside "
-                              "(%3). Nothing was deleted, and %1 are not used until this is fixed. ")
+        return QStringLiteral("%1 cannot be used: the file %2 had to make room for a new one but could not be "
+                              "moved aside (%3). Nothing was deleted. ")
                    .arg(what, health.file, reason)
             + fixForFolder(folder);
     case StoreResult::Damaged:
     case StoreResult::Failed:
         break;
     }
-    return QStringLiteral("The file with %1 (%2) could not be opened: %3. Check the disk and start the app again.")
+    return QStringLiteral("%1 could not be opened (%2): %3. Check the disk and start the app again.")
         .arg(what, health.file, reason);
 }

@@ -48,5 +48,5 @@ struct StoreHealth {
 
 // The window's message for a store's trouble, in plain words with the fix;
 // empty when there is nothing to tell. `what` names the file's contents for
-// the user ("your keyboard's settings").
+// the user and opens the message ("Your keyboard's settings").
 QString storeProblemMessage(const StoreHealth& health, const QString& what);

@@ -13,12 +13,12 @@ const QString kOwner = QString::fromLatin1(kLocalOwner);
 
 QString localContents()
 {
-    return MainController::tr("this computer's settings (language, keyboard picture colours)");
+    return MainController::tr("This computer's settings (language, keyboard picture colours)");
 }
 
 QString deviceContents()
 {
-    return MainController::tr("your keyboard's settings (profiles, keys, lights and macros)");
+    return MainController::tr("Your keyboard's settings (profiles, keys, lights and macros)");
 }
 
 // The version rule runs only on a local store that opened and read without

