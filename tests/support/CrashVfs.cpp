@@ -83,12 +83,6 @@ void CrashVfs::install()
     sqlite3_vfs_register(&shimVfs, 1);
 }
 
-void CrashVfs::uninstall()
-{
-    action = Action::None;
-    sqlite3_vfs_register(realVfs, 1);
-}
-
 void CrashVfs::arm(int at, Action a)
 {
     count = 0;

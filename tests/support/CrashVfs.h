@@ -9,10 +9,9 @@ namespace CrashVfs {
 
 enum class Action { None, IoError, Kill };
 
-// Makes the layer the default for files opened from now on.
+// Makes the layer the default for files opened from now on; meant for a
+// forked child, which never goes back.
 void install();
-// Puts the platform's layer back as the default.
-void uninstall();
 // Starts counting; `action` strikes at operation `at` (1 is the first).
 void arm(int at, Action action);
 // Operations counted since arm().

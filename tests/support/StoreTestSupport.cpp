@@ -46,6 +46,11 @@ ScopedUnprivileged::~ScopedUnprivileged()
         (void)::seteuid(0);
 }
 
+void setWritable(const QString& folder, bool writable)
+{
+    ::chmod(QFile::encodeName(folder).constData(), writable ? 0755 : 0555);
+}
+
 QStringList movedAside(const QString& fileName, const QString& tag)
 {
     QStringList files = QDir(DataPaths::databaseFolder()).entryList({fileName + '.' + tag + "-*"}, QDir::Files, QDir::Name);

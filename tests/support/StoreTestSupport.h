@@ -43,6 +43,9 @@ private:
     bool switched_ = false;
 };
 
+// Gives everyone read access to `folder`, and its owner write access or not.
+void setWritable(const QString& folder, bool writable);
+
 // The files beside `fileName` in the database folder whose names start with
 // "<fileName>.<tag>-" (moved aside as old or damaged).
 QStringList movedAside(const QString& fileName, const QString& tag);

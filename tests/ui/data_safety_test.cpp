@@ -134,13 +134,12 @@ TEST_F(DataSafety, AKeyboardFileThatCannotBeMovedAsideIsAFailedOpeningAndIsTried
     setLocal(R"(INSERT INTO "t_localdata" VALUES ('orvane', 'version', '1.0'))");
     start();
     const QString dbFolder = DataPaths::databaseFolder();
-    QFile::setPermissions(dbFolder, QFile::ReadUser | QFile::ExeUser | QFile::ReadGroup | QFile::ExeGroup
-                                        | QFile::ReadOther | QFile::ExeOther);
+    setWritable(dbFolder, false);
     {
         ScopedUnprivileged user;
         plug();
     }
-    QFile::setPermissions(dbFolder, QFile::ReadUser | QFile::WriteUser | QFile::ExeUser);
+    setWritable(dbFolder, true);
     EXPECT_FALSE(controller->deviceDB->db);
     EXPECT_TRUE(shown().contains("could not be moved aside")) << shown().toStdString();
     EXPECT_EQ(versionRows(), (Rows{{"1.0"}}));
@@ -172,13 +171,12 @@ TEST_F(DataSafety, ADamagedKeyboardFileIsFoundBesideTheFreshOne)
 TEST_F(DataSafety, AReadOnlyDataFolderIsExplainedWithTheCommandThatFixesIt)
 {
     const QString dbFolder = DataPaths::databaseFolder();
-    QFile::setPermissions(dbFolder, QFile::ReadUser | QFile::ExeUser | QFile::ReadGroup | QFile::ExeGroup
-                                        | QFile::ReadOther | QFile::ExeOther);
+    setWritable(dbFolder, false);
     {
         ScopedUnprivileged user;
         start();
     }
-    QFile::setPermissions(dbFolder, QFile::ReadUser | QFile::WriteUser | QFile::ExeUser);
+    setWritable(dbFolder, true);
     EXPECT_TRUE(shown().contains("may not write")) << shown().toStdString();
     EXPECT_TRUE(shown().contains("chmod -R u+w '" + QDir(dbFolder).absolutePath() + "'")) << shown().toStdString();
 }
