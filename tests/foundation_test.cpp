@@ -8,16 +8,18 @@
 
 #include <thread>
 
-TEST(NotificationCenter, DeliversSynchronouslyOnThePostingThreadInOrderOfSubscription)
+TEST(NotificationCenter, DeliversSynchronouslyOnThePostingThreadInOrderAndLetsAHandlerLeave)
 {
     NotificationCenter center;
     std::vector<std::string> calls;
     std::thread::id seenOn;
     int owner = 0;
     center.addObserver("ping", [&](const QVariant& o) { calls.push_back("a" + o.toString().toStdString()); }, &owner);
-    center.addObserver("ping", [&](const QVariant&) {
+    NotificationCenter::Token token = 0;
+    token = center.addObserver("ping", [&](const QVariant&) {
         calls.push_back("b");
         seenOn = std::this_thread::get_id();
+        center.removeObserver(token);  // while it is being called
     });
     center.addObserver("other", [&](const QVariant&) { calls.push_back("x"); });
     std::thread poster([&] { center.post("ping", QStringLiteral("1")); });
@@ -26,23 +28,8 @@ TEST(NotificationCenter, DeliversSynchronouslyOnThePostingThreadInOrderOfSubscri
     EXPECT_NE(seenOn, std::this_thread::get_id());
 
     center.removeObservers(&owner);
-    calls.clear();
     center.post("ping");
-    EXPECT_EQ(calls, (std::vector<std::string>{"b"}));
-}
-
-TEST(NotificationCenter, AHandlerMayUnsubscribeWhileItIsBeingCalled)
-{
-    NotificationCenter center;
-    int count = 0;
-    NotificationCenter::Token token = 0;
-    token = center.addObserver("once", [&](const QVariant&) {
-        ++count;
-        center.removeObserver(token);
-    });
-    center.post("once");
-    center.post("once");
-    EXPECT_EQ(count, 1);
+    EXPECT_EQ(calls.size(), 2u);
 }
 
 TEST(HIDDeviceProperties, MissingOrMistypedPropertiesReadAsZeroOrEmpty)

@@ -75,15 +75,15 @@ TEST_F(LocalStoreTest, ReadsAndUpdatesMatchOwnerAndKeyExactly)
     EXPECT_TRUE(store.updateLocalData("orvane", "language", "fr-FR"));
     EXPECT_EQ(queryRows(*store.db, R"(SELECT "value" FROM "t_localdata" WHERE "key" = 'language')"),
               (Rows{{"fr-FR"}, {"fr-FR"}}));
-}
 
-TEST_F(LocalStoreTest, StatementFailuresAnswerEmptyAndFalse)
-{
-    LocalSQLite store(kLocalDatabaseFile);
+    // Inside, a missing row and a failed read stay apart; outside both are "".
+    EXPECT_EQ(store.readLocalData("orvane", "version").result, StoreResult::Missing);
     store.db->exec(R"(DROP TABLE "t_localdata")");
+    EXPECT_EQ(store.readLocalData("orvane", "kb_68k").result, StoreResult::Failed);
     EXPECT_EQ(store.getLocalData("orvane", "kb_68k"), "");
     EXPECT_FALSE(store.updateLocalData("orvane", "kb_68k", "2"));
     EXPECT_FALSE(store.writeLocalData("orvane", "kb_68k", "2"));
+    EXPECT_NE(store.health.lastFailure.reason.find("no such table"), std::string::npos);
 }
 
 TEST_F(LocalStoreTest, FailedSeedingLeavesNoRowAndTheNextOpeningSeeds)
