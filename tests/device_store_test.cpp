@@ -219,33 +219,6 @@ TEST_F(DeviceStoreTest, ALockedFileIsLeftAsItIsAndABriefLockIsWaitedFor)
     EXPECT_EQ(store.getConfigData(1, "currentProfile"), "4");
 }
 
-TEST_F(DeviceStoreTest, AFolderThatMayNotBeWrittenIsToldWithTheFixAndNothingIsMoved)
-{
-    {
-        DeviceSQLite store(kFile, false);
-        addUserData(*store.db);
-    }
-    const std::string before = dumpDatabaseFile(file);
-    const QString dbFolder = DataPaths::databaseFolder();
-    setWritable(dbFolder, false);
-    {
-        ScopedUnprivileged user;
-        DeviceSQLite readOnly(kFile, false);
-        EXPECT_EQ(readOnly.health.opening.result, StoreResult::ReadOnly);
-        EXPECT_EQ(readOnly.getConfigData(1, "currentProfile"), "3") << "what is there can still be read";
-        const QString message = storeProblemMessage(readOnly.health, "Settings");
-        EXPECT_TRUE(message.contains(QDir(dbFolder).absolutePath()) && message.contains("chmod -R u+w")) << message.toStdString();
-
-        DeviceSQLite rebuild(kFile, true);
-        EXPECT_FALSE(rebuild.db);
-        EXPECT_EQ(rebuild.health.opening.result, StoreResult::MoveFailed);
-        EXPECT_TRUE(storeProblemMessage(rebuild.health, "Settings").contains("Nothing was deleted"));
-    }
-    setWritable(dbFolder, true);
-    EXPECT_TRUE(movedAside(kFile, "old").isEmpty());
-    EXPECT_EQ(dumpDatabaseFile(file), before);
-}
-
 TEST_F(DeviceStoreTest, UnopenableFolderGivesAUsableStoreWithNeutralAnswers)
 {
     const QString blocker = folder.path() + "/blocker";

@@ -178,5 +178,6 @@ TEST_F(DataSafety, AReadOnlyDataFolderIsExplainedWithTheCommandThatFixesIt)
     }
     setWritable(dbFolder, true);
     EXPECT_TRUE(shown().contains("may not write")) << shown().toStdString();
+    EXPECT_EQ(controller->localDB->getLocalData("orvane", "kb_61k"), "1") << "what is there can still be read";
     EXPECT_TRUE(shown().contains("chmod -R u+w '" + QDir(dbFolder).absolutePath() + "'")) << shown().toStdString();
 }
