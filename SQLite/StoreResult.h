@@ -30,7 +30,6 @@ struct StoreRead {
     StoreResult result = StoreResult::Missing;
     QString value;
     std::string reason;
-    bool failed() const { return result != StoreResult::Ok && result != StoreResult::Missing; }
 };
 
 // Sorts a caught exception by its SQLite error code.
