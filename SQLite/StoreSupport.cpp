@@ -30,11 +30,11 @@ bool folderWritable(const QString& folder)
 bool moveAside(const QString& file, const QString& tag, QString& movedTo, std::string& reason)
 {
     const QString base = file + '.' + tag + '-' + QDateTime::currentDateTime().toString(QStringLiteral("yyyyMMdd-HHmmss"));
-    movedTo = base;
-    for (int n = 2; QFileInfo::exists(movedTo) || QFileInfo::exists(movedTo + "-journal"); ++n)
-        movedTo = base + '-' + QString::number(n);
+    QString target = base;
+    for (int n = 2; QFileInfo::exists(target) || QFileInfo::exists(target + "-journal"); ++n)
+        target = base + '-' + QString::number(n);
     QFile source(file);
-    if (!source.rename(movedTo)) {
+    if (!source.rename(target)) {
         reason = "cannot move " + file.toStdString() + " aside: " + source.errorString().toStdString();
         return false;
     }
@@ -42,7 +42,8 @@ bool moveAside(const QString& file, const QString& tag, QString& movedTo, std::s
     // would be rolled back into the new file.
     for (const char* suffix : {"-journal", "-wal", "-shm"})
         if (QFileInfo::exists(file + suffix))
-            QFile::rename(file + suffix, movedTo + suffix);
+            QFile::rename(file + suffix, target + suffix);
+    movedTo = target;
     return true;
 }
 
