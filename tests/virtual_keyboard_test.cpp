@@ -10,7 +10,6 @@
 
 #include <gtest/gtest.h>
 
-#include <thread>
 
 using namespace testing_support;
 using namespace std::chrono_literals;
@@ -139,36 +138,4 @@ TEST(VirtualKeyboard, TraceWritesOneFlushedJsonLinePerReport)
     ASSERT_EQ(recent.size(), 2u);
     EXPECT_EQ(recent[0].op, TraceRecord::Op::Get);
     EXPECT_EQ(recent[1].data[1], 0x02);
-}
-
-TEST(VirtualKeyboard, KeyTableUploadOnTheRealClockWithTheHostsPacing)
-{
-    VirtualKeyboard kb(VirtualKeyboard::Model::W61);
-    const auto config = kb.interfaceHandle(Iface::Configuration);
-    // The host sleeps 10 ms before every step; nothing here may arrive sooner.
-    const auto send = [&](const std::vector<uint8_t>& bytes) {
-        std::this_thread::sleep_for(10ms);
-        EXPECT_EQ(config->setFeatureReport(4, bytes), HidResult::Success);
-    };
-    const auto exchange = [&](const std::vector<uint8_t>& bytes) {
-        send(bytes);
-        std::this_thread::sleep_for(10ms);
-        return hexFromBytes(reply(*config));
-    };
-
-    std::vector<uint8_t> table(576, 0);
-    table[4] = 2, table[6] = 175, table[574] = 0xAA, table[575] = 0x55;  // sum 0x01b0
-    kb.requestRepeatOnce();
-    EXPECT_EQ(exchange(report({0x04, 0x18})), hexFromBytes(report({0x04, 0x18, 0, 0xFF})));
-    exchange(report({0x04, 0x18}));
-    exchange(report({0x04, 0x11, 5, 0, 0, 0, 0, 0, 9}));
-    for (std::size_t i = 0; i < table.size(); i += 64)
-        send({table.begin() + i, table.begin() + i + 64});
-    EXPECT_EQ(exchange(report({0x04, 0x02, 5})), hexFromBytes(report({0x04, 0x02, 5, 0x01, 0xB0, 0x01})));
-
-    const FirmwareModel fw = kb.firmware();
-    EXPECT_EQ(fw.keyTable(5), table);
-    EXPECT_EQ(fw.commandCount(Protocol::Command::BeginUpload), 1);
-    EXPECT_EQ(kb.setCount(), 13);
-    EXPECT_TRUE(kb.protocolErrors().isEmpty()) << kb.protocolErrors().join('\n').toStdString();
 }
