@@ -17,7 +17,11 @@ int main(int argc, char** argv)
     const auto options = parseAppOptions(QApplication::arguments(), error);
     if (!options) {
         std::cerr << error.toStdString() << std::endl;
-        return error.startsWith(QStringLiteral("Usage")) ? 0 : 2;
+        return 2;
+    }
+    if (!options->helpText.isEmpty()) {
+        std::cout << options->helpText.toStdString();
+        return 0;
     }
     AppDelegate delegate(*options);
     delegate.applicationDidFinishLaunching();

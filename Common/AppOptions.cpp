@@ -2,6 +2,8 @@
 
 #include <QCommandLineParser>
 
+#include <cmath>
+
 std::optional<AppOptions> parseAppOptions(const QStringList& arguments, QString& error)
 {
     QCommandLineParser parser;
@@ -18,11 +20,11 @@ std::optional<AppOptions> parseAppOptions(const QStringList& arguments, QString&
         error = parser.errorText();
         return std::nullopt;
     }
-    if (parser.isSet(QStringLiteral("help"))) {
-        error = parser.helpText();
-        return std::nullopt;
-    }
     AppOptions options;
+    if (parser.isSet(QStringLiteral("help"))) {
+        options.helpText = parser.helpText();
+        return options;
+    }
     options.demoModel = parser.value(demo).toLower();
     if (parser.isSet(demo) && options.demoModel != QLatin1String("m61") && options.demoModel != QLatin1String("w61")
         && options.demoModel != QLatin1String("k68")) {
@@ -31,12 +33,18 @@ std::optional<AppOptions> parseAppOptions(const QStringList& arguments, QString&
     }
     options.traceFile = parser.value(trace);
     options.dataDir = parser.value(dataDir);
+    // An empty folder would silently mean the default one.
+    if (parser.isSet(dataDir) && options.dataDir.isEmpty()) {
+        error = QStringLiteral("--data-dir needs a folder.");
+        return std::nullopt;
+    }
     options.screenshotFile = parser.value(screenshot);
     if (parser.isSet(quitAfter)) {
         bool ok = false;
         const double seconds = parser.value(quitAfter).toDouble(&ok);
-        if (!ok || seconds < 0) {
-            error = QStringLiteral("--quit-after needs a number of seconds, not \"%1\".").arg(parser.value(quitAfter));
+        if (!ok || !std::isfinite(seconds) || seconds < 0 || seconds > kMaxQuitAfterSeconds) {
+            error = QStringLiteral("--quit-after needs a number of seconds from 0 to 86400, not \"%1\".")
+                        .arg(parser.value(quitAfter));
             return std::nullopt;
         }
         options.quitAfterSeconds = seconds;

@@ -14,7 +14,11 @@ struct AppOptions {
     QString dataDir;
     std::optional<double> quitAfterSeconds;
     QString screenshotFile;
+    QString helpText;  // set for --help: print it to standard output and exit
 };
+
+// The longest --quit-after: a day.
+inline constexpr double kMaxQuitAfterSeconds = 24 * 60 * 60;
 
 // Parses the arguments (argv[0] first). On bad input returns nullopt and
 // puts a message meant for the user in `error`.

@@ -1,6 +1,4 @@
 #include "Common/Globals.h"
 
-#include "SQLite/LocalSQLite.h"
-
 std::atomic<int> g_device_type{1};
 std::atomic<int> G_Language{kLanguageEnglish};

@@ -7,5 +7,8 @@
 // 2 68-key. Written by the discovery handler on the monitor thread.
 extern std::atomic<int> g_device_type;
 
-// Interface language: 1033 English, 2052 Chinese.
+inline constexpr int kLanguageEnglish = 1033;
+inline constexpr int kLanguageChinese = 2052;
+
+// Interface language: kLanguageEnglish or kLanguageChinese.
 extern std::atomic<int> G_Language;

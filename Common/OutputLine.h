@@ -1,5 +1,5 @@
 #pragma once
-// The app's given diagnostic lines ("createTable fail …", "newArr-0[…]") go
+// The app's plain diagnostic lines ("createTable fail …", "newArr-0[…]") go
 // through one replaceable sink, standard output by default, so that tests
 // read what was said instead of capturing the process's stdout. Our own
 // diagnostics use the logging category below instead.

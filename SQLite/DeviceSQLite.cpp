@@ -120,22 +120,35 @@ QString deviceDatabaseFileName(int deviceType)
     return deviceType == DeviceModel::kDeviceType68k ? QStringLiteral("orvane_68k_device.sqlite3") : QStringLiteral("orvane_61k_device.sqlite3");
 }
 
-VersionCheck checkDeviceDatabaseVersion(const QString& storedVersion)
+VersionCheck checkDeviceDatabaseVersion(const StoreRead& stored)
 {
-    if (storedVersion.isEmpty())
+    if (stored.result == StoreResult::Missing)
         return {true, VersionAction::Write};
-    if (storedVersion == QLatin1String(kDeviceDatabaseVersion))
+    if (stored.result != StoreResult::Ok || stored.value == QLatin1String(kDeviceDatabaseVersion))
         return {false, VersionAction::None};
     return {true, VersionAction::Update};
 }
 
 DeviceSQLite::DeviceSQLite(const QString& device, bool reset)
-    : db(StoreSupport::connectInDatabaseFolder(device, reset))
 {
-    if (!db)
+    auto opening = StoreSupport::openInDatabaseFolder(device, reset);
+    db = std::move(opening.db);
+    health = std::move(opening.health);
+    // A file another program holds is left alone: each wait costs seconds.
+    if (!db || health.opening.result == StoreResult::Busy)
         return;
     createTable();
     OutputLine::print("init: connect success");
+}
+
+bool DeviceSQLite::isReady() const
+{
+    return db && health.opening.ok() && health.lastFailure.ok();
+}
+
+void DeviceSQLite::failed(const std::exception& error) const
+{
+    health.lastFailure = storeStatusOf(error);
 }
 
 void DeviceSQLite::createAllTables()
@@ -153,6 +166,7 @@ void DeviceSQLite::createTable()
         // and the next opening adds the rest.
         createAllTables();
     } catch (const std::exception& e) {
+        failed(e);
         OutputLine::print(std::string("createTable fail ") + e.what());
         return;
     }
@@ -192,6 +206,7 @@ void DeviceSQLite::initDBdata()
         seedConfigRows();
         transaction.commit();
     } catch (const std::exception& e) {
+        failed(e);
         OutputLine::print(std::string("insertRow  fail ") + e.what());
     }
 }
@@ -204,8 +219,9 @@ void DeviceSQLite::writeConfigInfo(int profile)
         SQLite::Transaction transaction(*db);
         insertProfileSettings(profile);
         transaction.commit();
-    } catch (const std::exception&) {
-        // Silent, as the per-profile rows have always been.
+    } catch (const std::exception& e) {
+        // No line on standard output for the per-profile rows.
+        failed(e);
     }
 }
 
@@ -224,8 +240,10 @@ void DeviceSQLite::dropTable()
         createAllTables();
         StoreSupport::reachStep("device.recreate");
         seedConfigRows();
+        StoreSupport::reachStep("device.wipe.commit");
         transaction.commit();
     } catch (const std::exception& e) {
+        failed(e);
         OutputLine::print(std::string("dropTable table failed ") + e.what());
         return;
     }
@@ -246,8 +264,10 @@ void DeviceSQLite::resetProfile(int profile)
             setConfigValue(profile, std::string(setting.key), std::string(setting.value));
             StoreSupport::reachStep("device.reset." + std::string(setting.key));
         }
+        StoreSupport::reachStep("device.reset.commit");
         transaction.commit();
     } catch (const std::exception& e) {
+        failed(e);
         OutputLine::print(std::string("resetProfile  fail ") + e.what());
     }
 }

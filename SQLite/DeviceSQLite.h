@@ -9,8 +9,9 @@
 // settings rows of a new file; an existing file keeps what it has. If
 // opening fails, `db` stays empty and the object still answers every call
 // with a neutral result: "" for a read, true for a write (nothing matched),
-// nothing at all for the rest. No exception leaves the class; failures are
-// plain lines on standard output.
+// nothing at all for the rest. No exception leaves the class; `health` keeps
+// how the opening went (a damaged file moved aside, a locked or read-only
+// file) and the reason of the latest failure, for the window's messages.
 //
 // Operations of several statements (seeding, wiping with reseeding,
 // resetting a profile) each run in one transaction, so an error or a crash
@@ -18,6 +19,8 @@
 //
 // Sources by topic: DeviceSQLite.cpp (opening, schema, seeding, wiping,
 // profile reset), DeviceSQLiteConfig.cpp (the settings rows).
+
+#include "SQLite/StoreResult.h"
 
 #include <SQLiteCpp/Database.h>
 
@@ -31,31 +34,35 @@
 QString deviceDatabaseFileName(int deviceType);
 
 // The layout version of the device database. Kept in the local settings
-// under "version"; a change deletes and rebuilds the device file on the next
-// connection.
+// under "version"; a change moves the device file aside and builds a new one
+// on the next connection.
 inline constexpr const char* kDeviceDatabaseVersion = "1.1";
 
 enum class VersionAction {
-    None,    // the stored version matches
-    Write,   // no version is stored: insert it
-    Update,  // another version is stored: overwrite it
+    None,    // the stored version matches, or it could not be read
+    Write,   // no version row: insert one
+    Update,  // another version, or an empty one: overwrite it in place
 };
 
 struct VersionCheck {
-    bool reset = false;  // delete the device file before opening it
+    bool reset = false;  // move the device file aside and build a new one
     VersionAction action = VersionAction::None;
     bool operator==(const VersionCheck&) const = default;
 };
 
-// What to do for the "version" value read from the local settings ("" when
-// missing).
-VersionCheck checkDeviceDatabaseVersion(const QString& storedVersion);
+// What to do for the "version" read from the local settings. A read that
+// failed is not a missing version: the device file is then used as it is.
+VersionCheck checkDeviceDatabaseVersion(const StoreRead& stored);
 
 class DeviceSQLite {
 public:
     // Opens `device` in the database folder; with `reset`, an existing file
-    // is deleted first. Then creates missing tables and seeds a new file.
+    // is moved aside first. Then creates missing tables and seeds a new file.
     DeviceSQLite(const QString& device, bool reset);
+
+    // True when the file is open, writable and was created and seeded
+    // without a failure.
+    bool isReady() const;
 
     // Creates the missing tables, each in its own statement, then seeds.
     void createTable();
@@ -83,8 +90,10 @@ public:
 
     // Empty when opening failed.
     std::unique_ptr<SQLite::Database> db;
+    mutable StoreHealth health;
 
 private:
+    void failed(const std::exception& error) const;
     // The throwing building blocks of the transactions above.
     void createAllTables();
     void seedConfigRows();

@@ -24,7 +24,8 @@ QString DeviceSQLite::getConfigData(int profile, const QString& keyValue) const
         query.bind(2, keyValue.toStdString());
         if (query.executeStep())
             return QString::fromStdString(query.getColumn(0).getString());
-    } catch (const std::exception&) {
+    } catch (const std::exception& e) {
+        failed(e);
     }
     return {};
 }
@@ -36,7 +37,8 @@ bool DeviceSQLite::updateConfigData(int profile, const QString& keyValue, const 
     try {
         setConfigValue(profile, keyValue.toStdString(), newvalue.toStdString());
         return true;
-    } catch (const std::exception&) {
+    } catch (const std::exception& e) {
+        failed(e);
         return false;
     }
 }

@@ -28,18 +28,27 @@ constexpr std::array<LocalSeed, 4> kLocalSeed{{
 
 }  // namespace
 
-int languageIdForTag(const QString& tag)
-{
-    return tag == QLatin1String("zh-Hans-CN") ? kLanguageChinese : kLanguageEnglish;
-}
-
 LocalSQLite::LocalSQLite(const QString& device)
-    : db(StoreSupport::connectInDatabaseFolder(device, false))
 {
-    if (!db)
+    auto opening = StoreSupport::openInDatabaseFolder(device, false);
+    db = std::move(opening.db);
+    health = std::move(opening.health);
+    // A file another program holds is left alone: each wait costs seconds.
+    if (!db || health.opening.result == StoreResult::Busy)
         return;
     createTable();
     OutputLine::print("init: connect success");
+}
+
+bool LocalSQLite::failed(const std::exception& error) const
+{
+    health.lastFailure = storeStatusOf(error);
+    return false;
+}
+
+bool LocalSQLite::isClean() const
+{
+    return db && health.opening.ok() && health.movedAside.isEmpty() && health.lastFailure.ok();
 }
 
 void LocalSQLite::createTable()
@@ -50,6 +59,7 @@ void LocalSQLite::createTable()
         db->exec(R"(CREATE TABLE IF NOT EXISTS "t_localdata" ()"
                  R"("device_name" TEXT NOT NULL, "key" TEXT NOT NULL, "value" TEXT NOT NULL))");
     } catch (const std::exception& e) {
+        failed(e);
         OutputLine::print(std::string("createTable fail ") + e.what());
         return;
     }
@@ -76,23 +86,31 @@ void LocalSQLite::initDBdata()
         }
         transaction.commit();
     } catch (const std::exception& e) {
+        failed(e);
         OutputLine::print(std::string("insertRow fail ") + e.what());
     }
 }
 
 QString LocalSQLite::getLocalData(const QString& dev_name, const QString& keyValue) const
 {
+    return readLocalData(dev_name, keyValue).value;
+}
+
+StoreRead LocalSQLite::readLocalData(const QString& dev_name, const QString& keyValue) const
+{
     if (!db)
-        return {};
+        return {health.opening.result, {}, health.opening.reason};
     try {
         SQLite::Statement query(*db, R"(SELECT "value" FROM "t_localdata" WHERE "device_name" = ? AND "key" = ?)");
         query.bind(1, dev_name.toStdString());
         query.bind(2, keyValue.toStdString());
         if (query.executeStep())
-            return QString::fromStdString(query.getColumn(0).getString());
-    } catch (const std::exception&) {
+            return {StoreResult::Ok, QString::fromStdString(query.getColumn(0).getString()), {}};
+        return {};
+    } catch (const std::exception& e) {
+        failed(e);
+        return {health.lastFailure.result, {}, health.lastFailure.reason};
     }
-    return {};
 }
 
 bool LocalSQLite::updateLocalData(const QString& dev_name, const QString& keyValue, const QString& newvalue)
@@ -107,8 +125,8 @@ bool LocalSQLite::updateLocalData(const QString& dev_name, const QString& keyVal
         update.bind(3, keyValue.toStdString());
         update.exec();
         return true;
-    } catch (const std::exception&) {
-        return false;
+    } catch (const std::exception& e) {
+        return failed(e);
     }
 }
 
@@ -123,7 +141,7 @@ bool LocalSQLite::writeLocalData(const QString& dev_name, const QString& keyValu
         insert.bind(3, newvalue.toStdString());
         insert.exec();
         return true;
-    } catch (const std::exception&) {
-        return false;
+    } catch (const std::exception& e) {
+        return failed(e);
     }
 }

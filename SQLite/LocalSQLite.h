@@ -7,7 +7,10 @@
 // Opened once at start-up and kept for the life of the application. A new
 // file gets the table and four seed rows. If opening fails, `db` stays empty
 // and the store still answers: "" for a read, true for a write. No exception
-// leaves the class; failures are plain lines on standard output.
+// leaves the class; `health` keeps how the opening went and the reason of
+// the latest failure, for the window's messages.
+
+#include "SQLite/StoreResult.h"
 
 #include <SQLiteCpp/Database.h>
 
@@ -18,13 +21,6 @@
 inline constexpr const char* kLocalDatabaseFile = "orvane_local.sqlite3";
 // The owner name of every row this application writes.
 inline constexpr const char* kLocalOwner = "orvane";
-
-inline constexpr int kLanguageEnglish = 1033;
-inline constexpr int kLanguageChinese = 2052;
-
-// The interface language for a stored language tag: only "zh-Hans-CN" is
-// Chinese; every other text, other Chinese variants included, is English.
-int languageIdForTag(const QString& tag);
 
 class LocalSQLite {
 public:
@@ -40,6 +36,11 @@ public:
     // The value of the first row with this owner and key; "" when there is
     // none or the query fails.
     QString getLocalData(const QString& dev_name, const QString& keyValue) const;
+    // The same read, telling a missing row from a failed read.
+    StoreRead readLocalData(const QString& dev_name, const QString& keyValue) const;
+    // True when the file opened as it was, is writable and every operation
+    // so far succeeded: only then is a missing value really missing.
+    bool isClean() const;
     // Sets the value of every matching row. False only when the statement
     // fails; a key without a row changes nothing and answers true.
     bool updateLocalData(const QString& dev_name, const QString& keyValue, const QString& newvalue);
@@ -49,4 +50,8 @@ public:
 
     // Empty when opening failed.
     std::unique_ptr<SQLite::Database> db;
+    mutable StoreHealth health;
+
+private:
+    bool failed(const std::exception& error) const;
 };

@@ -3,10 +3,100 @@
 
 #include "Common/DataPaths.h"
 
-#include <filesystem>
-#include <system_error>
+#include <SQLiteCpp/Statement.h>
+#include <sqlite3.h>
 
-namespace fs = std::filesystem;
+#include <QDateTime>
+#include <QDir>
+#include <QFile>
+#include <QFileInfo>
+
+#include <unistd.h>
+
+namespace {
+
+bool isDamage(int code)
+{
+    return code == SQLITE_NOTADB || code == SQLITE_CORRUPT;
+}
+
+bool folderWritable(const QString& folder)
+{
+    return ::access(QFile::encodeName(folder).constData(), W_OK) == 0;
+}
+
+// Renames `file` (and a journal beside it) to "<file>.<tag>-<stamp>", adding
+// "-2", "-3" ... when that name is taken: nothing is ever overwritten.
+bool moveAside(const QString& file, const QString& tag, QString& movedTo, std::string& reason)
+{
+    const QString base = file + '.' + tag + '-' + QDateTime::currentDateTime().toString(QStringLiteral("yyyyMMdd-HHmmss"));
+    QString target = base;
+    for (int n = 2; QFileInfo::exists(target) || QFileInfo::exists(target + "-journal"); ++n)
+        target = base + '-' + QString::number(n);
+    QFile source(file);
+    if (!source.rename(target)) {
+        reason = "cannot move " + file.toStdString() + " aside: " + source.errorString().toStdString();
+        return false;
+    }
+    // A hot journal must stay with the file it belongs to: left behind, it
+    // would be rolled back into the new file.
+    for (const char* suffix : {"-journal", "-wal", "-shm"})
+        if (QFileInfo::exists(file + suffix))
+            QFile::rename(file + suffix, target + suffix);
+    movedTo = target;
+    return true;
+}
+
+// Opens the file into `db` and checks it. Throws SQLite::Exception; a
+// damaged file throws with SQLITE_CORRUPT when the quick check finds fault.
+void openChecked(const QString& file, std::unique_ptr<SQLite::Database>& db)
+{
+    db = StoreSupport::openReadWrite(file);
+    db->setBusyTimeout(StoreSupport::busyTimeoutMs);
+    const std::string check = db->execAndGet("PRAGMA quick_check").getString();
+    if (check != "ok")
+        throw SQLite::Exception("quick check: " + check, SQLITE_CORRUPT);
+}
+
+// True when another program holds a lock on the file past the busy timeout:
+// it may be writing, so the file is not moved from under it.
+bool heldByAnother(const QString& file, std::string& reason)
+{
+    try {
+        SQLite::Database probe(file.toStdString(), SQLite::OPEN_READWRITE);
+        probe.setBusyTimeout(StoreSupport::busyTimeoutMs);
+        probe.exec("BEGIN EXCLUSIVE");
+        probe.exec("ROLLBACK");
+    } catch (const SQLite::Exception& e) {
+        if (e.getErrorCode() != SQLITE_BUSY && e.getErrorCode() != SQLITE_LOCKED)
+            return false;
+        reason = e.what();
+        return true;
+    }
+    return false;
+}
+
+StoreStatus failure(StoreResult result, std::string reason)
+{
+    OutputLine::print("init: connect fail " + reason);
+    return {result, std::move(reason)};
+}
+
+}  // namespace
+
+StoreStatus storeStatusOf(const std::exception& error)
+{
+    const auto* sqlite = dynamic_cast<const SQLite::Exception*>(&error);
+    const int code = sqlite ? sqlite->getErrorCode() : -1;
+    StoreResult result = StoreResult::Failed;
+    if (code == SQLITE_BUSY || code == SQLITE_LOCKED)
+        result = StoreResult::Busy;
+    else if (code == SQLITE_READONLY || code == SQLITE_PERM || code == SQLITE_CANTOPEN)
+        result = StoreResult::ReadOnly;
+    else if (isDamage(code))
+        result = StoreResult::Damaged;
+    return {result, error.what()};
+}
 
 std::unique_ptr<SQLite::Database> StoreSupport::openReadWrite(const QString& pathOrUri)
 {
@@ -14,25 +104,52 @@ std::unique_ptr<SQLite::Database> StoreSupport::openReadWrite(const QString& pat
                                               SQLite::OPEN_READWRITE | SQLite::OPEN_CREATE | SQLite::OPEN_URI);
 }
 
-std::unique_ptr<SQLite::Database> StoreSupport::connectInDatabaseFolder(const QString& fileName, bool removeExisting)
+StoreSupport::Opening StoreSupport::openInDatabaseFolder(const QString& fileName, bool moveOldAside)
 {
-    try {
-        const fs::path folder(DataPaths::databaseFolder().toStdString());
-        std::error_code error;
-        fs::create_directories(folder, error);
-        if (error)
-            throw fs::filesystem_error("cannot create the database folder", folder, error);
-
-        const fs::path file = folder / fileName.toStdString();
-        if (removeExisting) {
-            // remove() answers false without an error when there is no file.
-            fs::remove(file, error);
-            if (error)
-                throw fs::filesystem_error("cannot delete the old database", file, error);
-        }
-        return openReadWrite(QString::fromStdString(file.string()));
-    } catch (const std::exception& e) {
-        OutputLine::print(std::string("init: connect fail ") + e.what());
-        return nullptr;
+    Opening opening;
+    StoreHealth& health = opening.health;
+    const QString folder = DataPaths::databaseFolder();
+    health.file = folder + fileName;
+    if (!QDir().mkpath(folder)) {
+        health.opening = failure(StoreResult::ReadOnly, "cannot create the database folder " + folder.toStdString());
+        return opening;
     }
+    std::string lockReason;
+    const bool held = moveOldAside && QFileInfo::exists(health.file) && heldByAnother(health.file, lockReason);
+    if (moveOldAside && !held && QFileInfo::exists(health.file)
+        && !moveAside(health.file, QStringLiteral("old"), health.movedAside, health.opening.reason)) {
+        health.opening = failure(StoreResult::MoveFailed, health.opening.reason);
+        return opening;
+    }
+    try {
+        try {
+            openChecked(health.file, opening.db);
+        } catch (const SQLite::Exception& e) {
+            if (!isDamage(e.getErrorCode()))
+                throw;
+            opening.db.reset();
+            std::string reason;
+            if (!moveAside(health.file, QStringLiteral("damaged"), health.movedAside, reason)) {
+                health.opening = failure(StoreResult::MoveFailed, std::string(e.what()) + "; " + reason);
+                return opening;
+            }
+            health.movedBecauseDamaged = true;
+            openChecked(health.file, opening.db);
+        }
+    } catch (const std::exception& e) {
+        health.opening = storeStatusOf(e);
+        // A locked file is kept open: the busy timeout applies to each later
+        // operation, and the file is never taken for damaged.
+        if (health.opening.result != StoreResult::Busy)
+            opening.db.reset();
+        if (!folderWritable(folder) && health.opening.result != StoreResult::Busy)
+            health.opening.result = StoreResult::ReadOnly;
+        OutputLine::print(std::string("init: connect fail ") + e.what());
+        return opening;
+    }
+    if (held)
+        health.opening = failure(StoreResult::Busy, lockReason);
+    else if (!folderWritable(folder) || sqlite3_db_readonly(opening.db->getHandle(), "main") == 1)
+        health.opening = {StoreResult::ReadOnly, "the folder or the file may not be written"};
+    return opening;
 }

@@ -1,6 +1,8 @@
 #pragma once
-// What the SQLite stores share: opening a file, and a test seam for the
-// operations of several statements.
+// What the SQLite stores share: opening a file safely, and a test seam for
+// the operations of several statements.
+
+#include "SQLite/StoreResult.h"
 
 #include <SQLiteCpp/Database.h>
 
@@ -8,27 +10,39 @@
 
 #include <functional>
 #include <memory>
-#include <string>
 #include <string_view>
 
 namespace StoreSupport {
+
+// How long an operation waits for another program's lock before it fails.
+inline int busyTimeoutMs = 3000;
 
 // Opens read-write and creates a missing file. A name that starts with
 // "file:" is read as a URI, so a file chosen in a file dialog opens as it is
 // given. Throws SQLite::Exception.
 std::unique_ptr<SQLite::Database> openReadWrite(const QString& pathOrUri);
 
+struct Opening {
+    std::unique_ptr<SQLite::Database> db;  // empty when the file cannot be used at all
+    StoreHealth health;
+};
+
 // Opens `fileName` in the database folder, which is created first with its
-// parents. With `removeExisting`, an existing file is deleted before; if it
-// cannot be deleted, the opening fails rather than continue on stale data.
-// On failure prints "init: connect fail " and the error and returns an empty
-// pointer. Never throws.
-std::unique_ptr<SQLite::Database> connectInDatabaseFolder(const QString& fileName, bool removeExisting);
+// parents. With `moveOldAside`, an existing file is renamed to
+// "<name>.old-<yyyyMMdd-HHmmss>" first; if that fails, `db` stays empty. A
+// file SQLite finds damaged at opening ("file is not a database", "database
+// disk image is malformed", a failed quick check) is renamed to
+// "<name>.damaged-<yyyyMMdd-HHmmss>" and a new file is opened in its place.
+// A journal beside a moved file goes with it. A locked file is kept as it
+// is, and a folder or file that may not be written is opened for reading;
+// `health.opening` says so. Never throws; a failure prints
+// "init: connect fail " and the error.
+Opening openInDatabaseFolder(const QString& fileName, bool moveOldAside);
 
 // Test seam. The stores call reachStep() at named points inside their
 // transactions; a test sets `faultHook` to throw (the operation must roll
-// back) or to end the process (the file must show the old state on the next
-// opening). The hook is empty in the application.
+// back) or to end the process (the file must show the old or the new state
+// on the next opening). The hook is empty in the application.
 //
 // Steps:
 //   "local.seed.N"        after local settings seed row N (1 to 4)
@@ -37,6 +51,7 @@ std::unique_ptr<SQLite::Database> connectInDatabaseFolder(const QString& fileNam
 //   "device.recreate"     after the tables are created again while wiping
 //   "device.reset.delete" after the key assignments of the profile are deleted
 //   "device.reset.KEY"    after KEY is set back while resetting a profile
+//   "device.wipe.commit", "device.reset.commit"  just before the commit
 using FaultHook = std::function<void(std::string_view step)>;
 inline FaultHook faultHook;
 

@@ -30,6 +30,7 @@
 class DeviceSQLite;
 class ImageButton;
 class LocalSQLite;
+struct StoreHealth;
 
 class MainController : public QWidget {
     Q_OBJECT
@@ -64,6 +65,8 @@ public:
     // ---- Stores (MainControllerSQLite) -----------------------------------
     void initLocalData();
     void initSQLite();
+    // A store's trouble, if it has any, as a message in the window.
+    void reportStoreProblem(const StoreHealth& health, const QString& contents);
 
     // ---- Profile (MainControllerProfile) ---------------------------------
     void getKeyboardProfile();   // starts the poll timer
@@ -83,9 +86,10 @@ public:
     void InitUI();
     void setCurrentDevice(int curDevType);
     void registerNotification();
-    // A platform problem in plain words (a missing permission, say); shown
-    // once in the window.
-    void showProblem(const QString& message);
+    // A problem in plain words (a missing permission, a damaged or locked
+    // file), with what to do. The window shows one message per topic, the
+    // first one given; platform problems share the empty topic.
+    void showProblem(const QString& message, const QString& topic = {});
 
     // Hands a sequence to the transport thread on the session's transport.
     // Does nothing without a session; false when nothing was handed over.
@@ -168,5 +172,7 @@ private:
     std::unique_ptr<TransportQueue> transport_;
     std::unique_ptr<HIDMonitorThread> monitorThread_;
     QTimer pollTimer_;
-    bool problemShown_ = false;
+    QStringList problemTopics_;
+    QStringList problems_;
+    void layoutProblems();
 };

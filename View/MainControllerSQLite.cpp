@@ -2,12 +2,51 @@
 #include "View/MainController.h"
 
 #include "Common/Globals.h"
+#include "Common/OutputLine.h"
 #include "Language/LanguageTag.h"
 #include "SQLite/DeviceSQLite.h"
 #include "SQLite/LocalSQLite.h"
 
 namespace {
+
 const QString kOwner = QString::fromLatin1(kLocalOwner);
+
+QString localContents()
+{
+    return MainController::tr("This computer's settings (language, keyboard picture colours)");
+}
+
+QString deviceContents()
+{
+    return MainController::tr("Your keyboard's settings (profiles, keys, lights and macros)");
+}
+
+// The version rule runs only on a local store that opened and read without
+// error: a locked or damaged one is no proof that the version is missing,
+// and the device file is then used as it is. A store made anew after damage
+// takes the current version, so the next start does not rebuild either.
+VersionCheck versionRule(const LocalSQLite* local)
+{
+    if (!local)
+        return {};
+    if (local->isClean())
+        return checkDeviceDatabaseVersion(local->readLocalData(kOwner, QStringLiteral("version")));
+    if (local->health.movedBecauseDamaged && local->db && local->health.opening.ok()
+        && local->health.lastFailure.ok())
+        return {false, VersionAction::Write};
+    return {};
+}
+
+}  // namespace
+
+void MainController::reportStoreProblem(const StoreHealth& health, const QString& contents)
+{
+    const QString message = storeProblemMessage(health, contents);
+    if (message.isEmpty())
+        return;
+    qCWarning(lcOrvane).noquote() << message;
+    const StoreResult result = health.opening.ok() ? health.lastFailure.result : health.opening.result;
+    showProblem(message, health.file + ':' + QString::number(int(result)));
 }
 
 void MainController::initLocalData()
@@ -15,13 +54,22 @@ void MainController::initLocalData()
     if (localDBfile.isEmpty()) {
         localDBfile = QString::fromLatin1(kLocalDatabaseFile);
         localDB = std::make_unique<LocalSQLite>(localDBfile);
+        reportStoreProblem(localDB->health, localContents());
     }
-    QString language = localDB->getLocalData(kOwner, QStringLiteral("language"));
-    if (language.isEmpty()) {
-        language = systemLanguageTag();
-        localDB->writeLocalData(kOwner, QStringLiteral("language"), language);
+    // A store another program holds is not asked again: each wait costs
+    // seconds, and the system's language serves as well.
+    StoreRead language{localDB->health.opening.result};
+    if (language.result != StoreResult::Busy)
+        language = localDB->readLocalData(kOwner, QStringLiteral("language"));
+    if (language.value.isEmpty()) {
+        language.value = systemLanguageTag();
+        // An empty row is set in place: a second row would stand behind it.
+        if (language.result == StoreResult::Ok)
+            localDB->updateLocalData(kOwner, QStringLiteral("language"), language.value);
+        else if (language.result == StoreResult::Missing)
+            localDB->writeLocalData(kOwner, QStringLiteral("language"), language.value);
     }
-    G_Language = languageIdForTag(language);
+    G_Language = languageIdForTag(language.value);
 }
 
 void MainController::initSQLite()
@@ -35,15 +83,21 @@ void MainController::initSQLite()
         deviceComm_ = std::make_shared<DeviceComm>(session_->device.device, environment_.transportSleeper);
     }
     deviceDBfile = deviceDatabaseFileName(session_->deviceType);
+    const VersionCheck version = versionRule(localDB.get());
 
-    const QString stored = localDB ? localDB->getLocalData(kOwner, QStringLiteral("version")) : QString();
-    const VersionCheck version = checkDeviceDatabaseVersion(stored);
-    if (localDB && version.action == VersionAction::Write)
-        localDB->writeLocalData(kOwner, QStringLiteral("version"), QString::fromLatin1(kDeviceDatabaseVersion));
-    else if (localDB && version.action == VersionAction::Update)
-        localDB->updateLocalData(kOwner, QStringLiteral("version"), QString::fromLatin1(kDeviceDatabaseVersion));
-
-    // The old connection closes first: a reset deletes the file it holds.
+    // The old connection closes first: a rebuild moves aside the file it holds.
     deviceDB.reset();
     deviceDB = std::make_unique<DeviceSQLite>(deviceDBfile, version.reset);
+    reportStoreProblem(deviceDB->health, deviceContents());
+
+    // Recorded only after a good rebuild, so a failed one is tried again at
+    // the next connection.
+    if (!deviceDB->isReady() || version.action == VersionAction::None)
+        return;
+    const QString current = QString::fromLatin1(kDeviceDatabaseVersion);
+    if (version.action == VersionAction::Write)
+        localDB->writeLocalData(kOwner, QStringLiteral("version"), current);
+    else
+        localDB->updateLocalData(kOwner, QStringLiteral("version"), current);
+    reportStoreProblem(localDB->health, localContents());
 }

@@ -37,6 +37,7 @@ void MainController::InitUI()
     label_problem->setStyleSheet(QStringLiteral(
         "QLabel { background: #fff4e5; color: #3d2a00; border: 1px solid #f0c36d; border-radius: 6px; padding: 8px 12px; }"));
     label_problem->hide();
+    layoutProblems();
 }
 
 void MainController::setCurrentDevice(int curDevType)
@@ -49,12 +50,21 @@ void MainController::setCurrentDevice(int curDevType)
 
 void MainController::registerNotification() {}
 
-void MainController::showProblem(const QString& message)
+void MainController::showProblem(const QString& message, const QString& topic)
 {
-    if (problemShown_ || !label_problem)
+    if (problemTopics_.contains(topic))
         return;
-    problemShown_ = true;
-    label_problem->setText(message);
+    problemTopics_.append(topic);
+    problems_.append(message);
+    layoutProblems();
+}
+
+void MainController::layoutProblems()
+{
+    // Problems met before the window was built are shown when it is.
+    if (!label_problem || problems_.isEmpty())
+        return;
+    label_problem->setText(problems_.join(QStringLiteral("\n\n")));
     // As tall as the text needs, along the bottom edge of the window.
     const int w = kWindowWidth - 48;
     const int h = label_problem->heightForWidth(w);

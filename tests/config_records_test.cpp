@@ -75,20 +75,3 @@ TEST_F(ConfigRecordsTest, ProfileResetTouchesOnlyThatProfilesAssignmentsLightAnd
     EXPECT_EQ(store.getConfigData(1, "currentLightMode"), "7");
     EXPECT_EQ(store.getConfigData(1, "disable_win"), "7");
 }
-
-TEST_F(ConfigRecordsTest, FailedProfileResetLeavesTheFileAsItWas)
-{
-    store.db->exec(R"(INSERT INTO "t_keyprofile" ("profId", "keyvalue", "macroType", "macroValue", "macro2Value",
-                      "macro3Value", "macroDesc") VALUES (2, 5, 1, 6, 0, 0, 'B'))");
-    store.updateConfigData(2, "currentLightMode", "4");
-    store.updateConfigData(2, "disable_win", "1");
-    const std::string before = dumpDatabase(*store.db);
-
-    for (const char* step : {"device.reset.delete", "device.reset.disable_win", "device.reset.disable_altf4"}) {
-        ScopedFault fault(step);
-        captureLines();
-        store.resetProfile(2);
-        EXPECT_EQ(capturedLines(), "resetProfile  fail injected\n") << step;
-        EXPECT_EQ(dumpDatabase(*store.db), before) << step;
-    }
-}

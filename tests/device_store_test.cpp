@@ -1,13 +1,22 @@
 #include "support/CapturedLines.h"
 #include "Common/DataPaths.h"
+#include "Common/OutputLine.h"
 #include "SQLite/DeviceSQLite.h"
 #include "SQLite/StoreSupport.h"
+#include "support/CrashVfs.h"
 #include "support/StoreTestSupport.h"
 
 #include <gtest/gtest.h>
 
+#include <QDir>
 #include <QFile>
 #include <QFileInfo>
+#include <QRegularExpression>
+
+#include <functional>
+#include <thread>
+
+#include <csignal>
 
 #include <sys/wait.h>
 #include <unistd.h>
@@ -67,12 +76,20 @@ TEST(DeviceDatabaseRules, OnlyThe68KeyModelHasAFileOfItsOwn)
         EXPECT_EQ(deviceDatabaseFileName(type), "orvane_61k_device.sqlite3") << type;
 }
 
-TEST(DeviceDatabaseRules, AnyVersionButTheCurrentOneRebuildsTheFile)
+TEST(DeviceDatabaseRules, OnlyAReadVersionOtherThanTheCurrentOneRebuildsTheFile)
 {
-    EXPECT_EQ(checkDeviceDatabaseVersion(""), (VersionCheck{true, VersionAction::Write}));
-    EXPECT_EQ(checkDeviceDatabaseVersion("1.1"), (VersionCheck{false, VersionAction::None}));
-    for (const char* stored : {"1.0", "1.10", " 1.1", "2"})
-        EXPECT_EQ(checkDeviceDatabaseVersion(stored), (VersionCheck{true, VersionAction::Update})) << stored;
+    const std::vector<std::pair<StoreRead, VersionCheck>> cases{
+        {{StoreResult::Missing, ""}, {true, VersionAction::Write}},
+        {{StoreResult::Ok, ""}, {true, VersionAction::Update}},  // an empty row is set in place
+        {{StoreResult::Ok, "1.1"}, {false, VersionAction::None}},
+        {{StoreResult::Ok, "1.10"}, {true, VersionAction::Update}},
+        {{StoreResult::Ok, " 1.1"}, {true, VersionAction::Update}},
+        {{StoreResult::Busy, ""}, {false, VersionAction::None}},
+        {{StoreResult::Damaged, ""}, {false, VersionAction::None}},
+        {{StoreResult::Failed, ""}, {false, VersionAction::None}},
+    };
+    for (const auto& [read, expected] : cases)
+        EXPECT_EQ(checkDeviceDatabaseVersion(read), expected) << int(read.result) << read.value.toStdString();
 }
 
 TEST_F(DeviceStoreTest, NewFileHasTheEightTablesAndTheSettingsRowsInOrder)
@@ -126,17 +143,80 @@ TEST_F(DeviceStoreTest, ExistingSettingsRowsAreNeverSeededFurther)
     EXPECT_EQ(configRows(*again.db), (Rows{{"20", "currentLightMode", "3", "1"}}));
 }
 
-TEST_F(DeviceStoreTest, ResetDeletesTheFileAndStartsAgain)
+TEST_F(DeviceStoreTest, ARebuildMovesTheOldFileAsideAndNeverOverwritesOne)
 {
     {
         DeviceSQLite store(kFile, false);
         addUserData(*store.db);
     }
-    EXPECT_EQ(DeviceSQLite(kFile, false).getConfigData(1, "currentProfile"), "3");
+    const std::string before = dumpDatabaseFile(file);
 
     DeviceSQLite rebuilt(kFile, true);
+    EXPECT_TRUE(rebuilt.isReady());
     EXPECT_EQ(configRows(*rebuilt.db), expectedSeedRows());
     EXPECT_EQ(countRows(*rebuilt.db, "t_macro_data"), 0);
+    const QStringList old = movedAside(kFile, "old");
+    ASSERT_EQ(old.size(), 1);
+    EXPECT_TRUE(QRegularExpression(R"(^orvane_61k_device\.sqlite3\.old-\d{8}-\d{6}$)").match(old[0]).hasMatch()) << old[0].toStdString();
+    EXPECT_EQ(dumpDatabaseFile(DataPaths::databaseFolder().toStdString() + old[0].toStdString()), before);
+    EXPECT_TRUE(storeProblemMessage(rebuilt.health, "Settings").contains("kept as " + rebuilt.health.movedAside));
+
+    DeviceSQLite again(kFile, true);
+    EXPECT_EQ(movedAside(kFile, "old").size(), 2) << "a second rebuild within the same second keeps both";
+}
+
+// A file that is not a database at all is met in the session tests.
+TEST_F(DeviceStoreTest, AMalformedFileIsMovedAsideAndAFreshOneSeeded)
+{
+    {
+        DeviceSQLite store(kFile, false);
+    }
+    QFile f(QString::fromStdString(file));
+    f.open(QIODevice::ReadWrite);
+    f.seek(2 * 4096);  // the root page of a table
+    f.write(QByteArray(4096, '\xff'));
+    f.close();
+    const QByteArray damaged = readAll(file);
+
+    captureLines();
+    DeviceSQLite store(kFile, false);
+    capturedLines();
+    EXPECT_TRUE(store.isReady());
+    EXPECT_EQ(configRows(*store.db), expectedSeedRows());
+    const QStringList moved = movedAside(kFile, "damaged");
+    ASSERT_EQ(moved.size(), 1);
+    EXPECT_EQ(readAll(DataPaths::databaseFolder().toStdString() + moved[0].toStdString()), damaged);
+    EXPECT_TRUE(storeProblemMessage(store.health, "Settings").contains(store.health.movedAside));
+}
+
+TEST_F(DeviceStoreTest, ALockedFileIsLeftAsItIsAndABriefLockIsWaitedFor)
+{
+    {
+        DeviceSQLite store(kFile, false);
+        addUserData(*store.db);
+    }
+    const std::string before = dumpDatabaseFile(file);
+    SQLite::Database other(file, SQLite::OPEN_READWRITE);
+    other.exec("BEGIN EXCLUSIVE");
+    {
+        ScopedBusyTimeout shortWait(50);
+        DeviceSQLite locked(kFile, true);  // even where a rebuild is due
+        EXPECT_EQ(locked.health.opening.result, StoreResult::Busy);
+        EXPECT_TRUE(storeProblemMessage(locked.health, "Settings").contains("in use by another program"));
+    }
+    other.exec("COMMIT");
+    EXPECT_TRUE(movedAside(kFile, "damaged").isEmpty());
+    EXPECT_EQ(dumpDatabaseFile(file), before);
+
+    DeviceSQLite store(kFile, false);
+    other.exec("BEGIN EXCLUSIVE");
+    std::thread release([&] {
+        std::this_thread::sleep_for(std::chrono::milliseconds(200));
+        other.exec("COMMIT");
+    });
+    EXPECT_TRUE(store.updateConfigData(1, "currentProfile", "4"));
+    release.join();
+    EXPECT_EQ(store.getConfigData(1, "currentProfile"), "4");
 }
 
 TEST_F(DeviceStoreTest, UnopenableFolderGivesAUsableStoreWithNeutralAnswers)
@@ -166,10 +246,19 @@ TEST(StoreOpening, FileUrlOpensAndCreatesTheNamedFile)
     EXPECT_TRUE(QFileInfo::exists(dir.path() + "/my profile.key"));
 }
 
-// Seeding runs in one transaction: a process killed half way leaves a file
-// whose next reader sees no settings row, and the next opening seeds it all.
-TEST_F(DeviceStoreTest, KilledSeedingLeavesNoHalfSeededFile)
+// Seeding runs in one transaction: a failure, or a process killed half way,
+// leaves no settings row, and the next opening seeds them all.
+TEST_F(DeviceStoreTest, FailedOrKilledSeedingLeavesNoHalfSeededFile)
 {
+    captureLines();
+    {
+        ScopedFault fault("device.seed.34");
+        DeviceSQLite store(kFile, false);
+        EXPECT_EQ(countRows(*store.db, "t_configdata"), 0);
+    }
+    EXPECT_EQ(capturedLines(), "insertRow  fail injected\ncreateTable success\ninit: connect success\n");
+
+    QFile::remove(QString::fromStdString(file));
     const pid_t child = fork();
     ASSERT_NE(child, -1);
     if (child == 0) {
@@ -182,25 +271,10 @@ TEST_F(DeviceStoreTest, KilledSeedingLeavesNoHalfSeededFile)
     }
     int status = 0;
     ASSERT_EQ(waitpid(child, &status, 0), child);
-    ASSERT_TRUE(WIFEXITED(status));
-    ASSERT_EQ(WEXITSTATUS(status), 1) << "the child was not stopped during seeding";
-    {
-        SQLite::Database raw(file, SQLite::OPEN_READWRITE);
-        EXPECT_EQ(countRows(raw, "t_configdata"), 0);
-    }
+    ASSERT_TRUE(WIFEXITED(status) && WEXITSTATUS(status) == 1) << "the child was not stopped during seeding";
+    EXPECT_EQ(countRows(*StoreSupport::openReadWrite(QString::fromStdString(file)), "t_configdata"), 0);
     DeviceSQLite reopened(kFile, false);
     EXPECT_EQ(configRows(*reopened.db), expectedSeedRows());
-}
-
-TEST_F(DeviceStoreTest, FailedSeedingIsUndoneAndReported)
-{
-    captureLines();
-    {
-        ScopedFault fault("device.seed.34");
-        DeviceSQLite store(kFile, false);
-        EXPECT_EQ(countRows(*store.db, "t_configdata"), 0);
-    }
-    EXPECT_EQ(capturedLines(), "insertRow  fail injected\ncreateTable success\ninit: connect success\n");
 }
 
 TEST_F(DeviceStoreTest, WipeLeavesAFreshlySeededFileThatReopensUnchanged)
@@ -224,18 +298,122 @@ TEST_F(DeviceStoreTest, WipeLeavesAFreshlySeededFileThatReopensUnchanged)
     EXPECT_EQ(dumpDatabaseFile(file), fresh);
 }
 
-TEST_F(DeviceStoreTest, FailedWipeLeavesTheFileAsItWas)
+namespace {
+
+// The operations of several statements, with the line each prints when it
+// fails.
+struct Operation {
+    const char* name;
+    std::function<void(DeviceSQLite&)> run;
+    const char* failureLine;
+};
+const std::vector<Operation> kOperations{
+    {"wipe", [](DeviceSQLite& s) { s.dropTable(); }, "dropTable table failed "},
+    {"profile reset", [](DeviceSQLite& s) { s.resetProfile(2); }, "resetProfile  fail "},
+};
+
+}  // namespace
+
+TEST_F(DeviceStoreTest, AFaultAtAnyStepOfAWipeOrAProfileResetLeavesTheFileAsItWas)
 {
     DeviceSQLite store(kFile, false);
     addUserData(*store.db);
     const std::string before = dumpDatabase(*store.db);
+    for (const auto& operation : kOperations) {
+        std::vector<std::string> steps;
+        {
+            DeviceSQLite other("orvane_68k_device.sqlite3", false);
+            addUserData(*other.db);
+            StoreSupport::faultHook = [&](std::string_view step) { steps.emplace_back(step); };
+            operation.run(other);
+            StoreSupport::faultHook = {};
+        }
+        ASSERT_TRUE(steps.back().ends_with(".commit")) << operation.name;
+        for (const auto& step : steps) {
+            ScopedFault fault(step);
+            captureLines();
+            operation.run(store);
+            EXPECT_EQ(capturedLines(), std::string(operation.failureLine) + "injected\n") << step;
+            EXPECT_EQ(dumpDatabase(*store.db), before) << step;
+        }
+    }
+}
 
-    for (const char* step : {"device.drop.t_keyprofile", "device.recreate", "device.seed.12"}) {
-        ScopedFault fault(step);
-        captureLines();
-        store.dropTable();
-        EXPECT_EQ(capturedLines(), "dropTable table failed injected\n") << step;
-        EXPECT_EQ(dumpDatabase(*store.db), before) << step;
+namespace {
+
+// Old and new contents of the file around one operation, and a way back to
+// the old file.
+struct Snapshots {
+    QByteArray oldBytes;
+    std::string oldState, newState;
+};
+
+Snapshots takeSnapshots(const std::string& file, const Operation& operation)
+{
+    QFile::remove(QString::fromStdString(file));
+    {
+        DeviceSQLite store(kFile, false);
+        addUserData(*store.db);
+    }
+    Snapshots s{readAll(file), dumpDatabaseFile(file), {}};
+    {
+        DeviceSQLite store(kFile, false);
+        operation.run(store);
+    }
+    s.newState = dumpDatabaseFile(file);
+    return s;
+}
+
+void restore(const std::string& file, const QByteArray& bytes)
+{
+    QFile::remove(QString::fromStdString(file + "-journal"));
+    QFile f(QString::fromStdString(file));
+    f.open(QIODevice::WriteOnly | QIODevice::Truncate);
+    f.write(bytes);
+}
+
+}  // namespace
+
+// An I/O error, then SIGKILL, at each write, sync and delete of the
+// operation in turn, until it runs to its end: each time the next opening
+// finds the old or the new file, never a mix, also where a hot journal had to
+// be rolled back.
+TEST_F(DeviceStoreTest, AnIoErrorOrAKillAtAnyWriteThroughTheCommitLeavesTheOldOrTheNewFile)
+{
+    for (const auto& operation : kOperations) {
+        const Snapshots s = takeSnapshots(file, operation);
+        for (const auto action : {CrashVfs::Action::IoError, CrashVfs::Action::Kill}) {
+            bool seenOld = false, seenNew = false, seenHotJournal = false;
+            for (int at = 1; at < 500; ++at) {
+                restore(file, s.oldBytes);
+                const pid_t child = fork();
+                ASSERT_NE(child, -1);
+                if (child == 0) {
+                    OutputLine::setSink([](std::string_view) {});
+                    CrashVfs::install();
+                    DeviceSQLite store(kFile, false);
+                    CrashVfs::arm(at, action);
+                    operation.run(store);
+                    _exit(CrashVfs::counted() >= at ? 3 : 0);
+                }
+                int status = 0;
+                ASSERT_EQ(waitpid(child, &status, 0), child);
+                const bool killed = WIFSIGNALED(status) && WTERMSIG(status) == SIGKILL;
+                const bool done = WIFEXITED(status) && WEXITSTATUS(status) == 0;
+                ASSERT_TRUE(killed || done || (WIFEXITED(status) && WEXITSTATUS(status) == 3)) << at;
+                if (QFileInfo(QString::fromStdString(file + "-journal")).size() > 0 && readAll(file) != s.oldBytes)
+                    seenHotJournal = true;
+                const std::string state = dumpDatabaseFile(file);
+                EXPECT_TRUE(state == s.oldState || state == s.newState) << operation.name << " struck at " << at;
+                seenOld |= state == s.oldState;
+                seenNew |= state == s.newState;
+                if (done)
+                    break;
+            }
+            EXPECT_TRUE(seenOld && seenNew) << operation.name << ": old " << seenOld << ", new " << seenNew;
+            if (action == CrashVfs::Action::Kill)
+                EXPECT_TRUE(seenHotJournal) << operation.name;
+        }
     }
 }
 

@@ -1,10 +1,9 @@
 // Finding the keyboard: which interfaces are announced, and how a product
-// string and a system language are read.
+// string is read.
 #include "Common/DeviceModel.h"
 #include "Common/NotificationCenter.h"
 #include "HIDDevice/HIDDeviceMonitor.h"
 #include "HIDDevice/Platform/Virtual/VirtualHidManager.h"
-#include "Language/LanguageTag.h"
 #include "Simulator/VirtualKeyboard.h"
 #include "support/RecordingHidDevice.h"
 
@@ -150,14 +149,4 @@ TEST(DeviceModelRules, OnlyTheTwo61KeyNamesSpeltExactlyAreThe61KeyModel)
     EXPECT_EQ(DeviceModel::keyboardTypeForDeviceType(0), 2);
     EXPECT_EQ(DeviceModel::keyboardTypeForDeviceType(1), 1);
     EXPECT_EQ(DeviceModel::keyboardTypeForDeviceType(2), 0);
-}
-
-TEST(LanguageTagRules, ChineseKeepsItsScriptOtherLanguagesAreLanguageAndRegion)
-{
-    EXPECT_EQ(languageTagFor("zh-CN"), "zh-Hans-CN");
-    EXPECT_EQ(languageTagFor("zh-Hans-CN"), "zh-Hans-CN");
-    EXPECT_EQ(languageTagFor("zh-TW"), "zh-Hant-TW");
-    EXPECT_EQ(languageTagFor("en-US"), "en-US");
-    EXPECT_EQ(languageTagFor("de-DE"), "de-DE");
-    EXPECT_EQ(languageTagFor("C"), "en-US");
 }

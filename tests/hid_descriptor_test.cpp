@@ -29,26 +29,21 @@ Bytes vendorFeature(uint8_t id, uint8_t count)
 
 }  // namespace
 
-TEST(HidReportDescriptor, BootKeyboardHasEightByteInputAndNoFeature)
-{
-    EXPECT_EQ(sizesOf(kBootKeyboard), (HidReportSizes{8, 1, 0}));
-}
-
-TEST(HidReportDescriptor, ReportIdAddsOneByteToEveryReport)
+TEST(HidReportDescriptor, EachReportCountsItsIdByte)
 {
     // Consumer control, report id 3, one 16-bit usage.
     const Bytes consumer = {0x05, 0x0C, 0x09, 0x01, 0xA1, 0x01, 0x85, 0x03, 0x15, 0x00, 0x26, 0xFF, 0x03,
                             0x19, 0x00, 0x2A, 0xFF, 0x03, 0x75, 0x10, 0x95, 0x01, 0x81, 0x00, 0xC0};
-    EXPECT_EQ(sizesOf(consumer), (HidReportSizes{3, 0, 0}));
-}
-
-TEST(HidReportDescriptor, ConfigurationInterfaceComesToSixtyFourEitherWay)
-{
-    EXPECT_EQ(sizesOf(vendorFeature(4, 63)).maxFeature, 64);  // id byte + 63 data bytes
-    EXPECT_EQ(sizesOf(vendorFeature(0, 64)).maxFeature, 64);  // 64 data bytes, no id
-    EXPECT_EQ(sizesOf(vendorFeature(4, 64)).maxFeature, 65);
-    EXPECT_EQ(sizesOf(vendorFeature(0, 32)).maxFeature, 32);
-    EXPECT_EQ(sizesOf(vendorFeature(4, 63)).maxInput, 0);
+    const std::vector<std::pair<Bytes, HidReportSizes>> cases{
+        {kBootKeyboard, {8, 1, 0}},
+        {consumer, {3, 0, 0}},
+        {vendorFeature(4, 63), {0, 0, 64}},  // id byte + 63 data bytes: the configuration interface
+        {vendorFeature(0, 64), {0, 0, 64}},  // 64 data bytes, no id
+        {vendorFeature(4, 64), {0, 0, 65}},
+        {vendorFeature(0, 32), {0, 0, 32}},
+    };
+    for (std::size_t i = 0; i < cases.size(); ++i)
+        EXPECT_EQ(sizesOf(cases[i].first), cases[i].second) << "case " << i;
 }
 
 TEST(HidReportDescriptor, LargestReportCountsNotTheSumOverReportIds)

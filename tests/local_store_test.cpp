@@ -1,5 +1,7 @@
 #include "support/CapturedLines.h"
 #include "Common/DataPaths.h"
+#include "Common/Globals.h"
+#include "Language/LanguageTag.h"
 #include "SQLite/LocalSQLite.h"
 #include "support/StoreTestSupport.h"
 
@@ -73,15 +75,15 @@ TEST_F(LocalStoreTest, ReadsAndUpdatesMatchOwnerAndKeyExactly)
     EXPECT_TRUE(store.updateLocalData("orvane", "language", "fr-FR"));
     EXPECT_EQ(queryRows(*store.db, R"(SELECT "value" FROM "t_localdata" WHERE "key" = 'language')"),
               (Rows{{"fr-FR"}, {"fr-FR"}}));
-}
 
-TEST_F(LocalStoreTest, StatementFailuresAnswerEmptyAndFalse)
-{
-    LocalSQLite store(kLocalDatabaseFile);
+    // Inside, a missing row and a failed read stay apart; outside both are "".
+    EXPECT_EQ(store.readLocalData("orvane", "version").result, StoreResult::Missing);
     store.db->exec(R"(DROP TABLE "t_localdata")");
+    EXPECT_EQ(store.readLocalData("orvane", "kb_68k").result, StoreResult::Failed);
     EXPECT_EQ(store.getLocalData("orvane", "kb_68k"), "");
     EXPECT_FALSE(store.updateLocalData("orvane", "kb_68k", "2"));
     EXPECT_FALSE(store.writeLocalData("orvane", "kb_68k", "2"));
+    EXPECT_NE(store.health.lastFailure.reason.find("no such table"), std::string::npos);
 }
 
 TEST_F(LocalStoreTest, FailedSeedingLeavesNoRowAndTheNextOpeningSeeds)
@@ -114,9 +116,19 @@ TEST_F(LocalStoreTest, UnopenableFolderGivesAUsableStoreWithNeutralAnswers)
     EXPECT_TRUE(store.writeLocalData("orvane", "language", "en-US"));
 }
 
-TEST(LanguageRule, OnlyTheExactSimplifiedChineseTagIsChinese)
+TEST(LanguageRule, ADesktopTagWithARegionGainsItsScriptAndOnlyZhHansCNIsChinese)
 {
-    EXPECT_EQ(languageIdForTag("zh-Hans-CN"), kLanguageChinese);
-    for (const char* tag : {"en-US", "zh-Hans", "zh-Hant-TW", "zh-hans-cn", "zh-CN", ""})
-        EXPECT_EQ(languageIdForTag(tag), kLanguageEnglish) << tag;
+    const std::vector<std::tuple<const char*, const char*, int>> cases{
+        {"zh-CN", "zh-Hans-CN", kLanguageChinese}, {"zh_CN", "zh-Hans-CN", kLanguageChinese},
+        {"zh-Hans-CN", "zh-Hans-CN", kLanguageChinese}, {"zh", "zh", kLanguageEnglish},
+        {"zh-Hans", "zh-Hans", kLanguageEnglish}, {"zh-TW", "zh-Hant-TW", kLanguageEnglish},
+        {"en-US", "en-US", kLanguageEnglish}, {"de-DE", "de-DE", kLanguageEnglish},
+        {"C", "en-US", kLanguageEnglish},
+    };
+    for (const auto& [desktop, tag, language] : cases) {
+        EXPECT_EQ(languageTagFor(desktop), tag) << desktop;
+        EXPECT_EQ(languageIdForTag(tag), language) << tag;
+    }
+    for (const char* stored : {"zh-hans-cn", "zh-Hant-TW", ""})
+        EXPECT_EQ(languageIdForTag(stored), kLanguageEnglish) << stored;
 }

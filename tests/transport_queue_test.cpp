@@ -8,8 +8,6 @@
 #include "support/ScriptedHidDevice.h"
 
 #include <QCoreApplication>
-#include <QElapsedTimer>
-#include <QTimer>
 #include <gtest/gtest.h>
 
 using namespace testing_support;
@@ -135,29 +133,4 @@ TEST(TransportQueue, BusyFromHandOverToTheEndOfTheLastSequence)
     EXPECT_EQ(changes, (std::vector<bool>{true, false}));
     rig.queue.submit(nullptr, oneFrame("no device", Protocol::Command::BeginUpload));
     EXPECT_FALSE(rig.queue.isBusy()) << "nothing is handed over without a transport";
-}
-
-TEST(TransportQueue, TheOwnerThreadKeepsTurningDuringATwoSecondUpload)
-{
-    // 200 reports at the real 10 ms pace: about two seconds on the wire.
-    auto device = std::make_shared<RecordingHidDevice>();
-    auto comm = std::make_shared<DeviceComm>(device);
-    TransportQueue queue;
-    std::vector<uint8_t> data(201 * 64, 0x11);
-    captureLines();
-    queue.submit(comm, {"long", {ReportStep::run(data, static_cast<int>(data.size()))}});
-    int ticksWhileBusy = 0;
-    QTimer ticker;
-    QObject::connect(&ticker, &QTimer::timeout, [&] {
-        if (queue.isBusy())
-            ++ticksWhileBusy;
-    });
-    ticker.start(20);
-    QElapsedTimer clock;
-    clock.start();
-    ASSERT_TRUE(queue.waitForIdle(10s));
-    capturedLines();
-    EXPECT_EQ(device->sets().size(), 200u);
-    EXPECT_GE(clock.elapsed(), 2000) << "the pace of the wire is kept";
-    EXPECT_GT(ticksWhileBusy, 10) << "timers kept firing on the owner thread while the upload ran";
 }

@@ -110,11 +110,6 @@ TEST(UploadWire, MacroStoreHasItsOwnOpeningCountAndPauses)
     EXPECT_EQ(sequence.steps[4].pause, 30ms);
 }
 
-TEST(UploadWire, StatusPollAsksAndCloses)
-{
-    EXPECT_EQ(wire(UploadSequences::statusPoll()), (std::vector<std::string>{frame({0x04, 0x30}), frame({0x04, 0x02})}));
-}
-
 TEST(UploadWire, SavingAUserLightSlotSendsItsColoursThenTheModeOnTheProfileInUse)
 {
     const auto colors = numberedBlock<576>(4);

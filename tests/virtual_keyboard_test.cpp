@@ -10,7 +10,6 @@
 
 #include <gtest/gtest.h>
 
-#include <thread>
 
 using namespace testing_support;
 using namespace std::chrono_literals;

@@ -5,7 +5,13 @@
 
 #include <SQLiteCpp/Statement.h>
 
+#include <QDir>
+#include <QFile>
+
 #include <stdexcept>
+
+#include <sys/stat.h>
+#include <unistd.h>
 
 namespace testing_support {
 
@@ -13,6 +19,8 @@ TempDataFolder::TempDataFolder()
 {
     if (!dir_.isValid())
         throw std::runtime_error("no temporary folder");
+    // Open to the ordinary user that ScopedUnprivileged switches to.
+    ::chmod(QFile::encodeName(dir_.path()).constData(), 0777);
     DataPaths::setDataFolderOverride(dir_.path());
 }
 
@@ -24,6 +32,43 @@ TempDataFolder::~TempDataFolder()
 std::string TempDataFolder::databasePath(const QString& fileName) const
 {
     return (DataPaths::databaseFolder() + fileName).toStdString();
+}
+
+ScopedUnprivileged::ScopedUnprivileged() : switched_(::geteuid() == 0)
+{
+    if (switched_ && ::seteuid(65534) != 0)
+        throw std::runtime_error("cannot drop root rights");
+}
+
+ScopedUnprivileged::~ScopedUnprivileged()
+{
+    if (switched_)
+        (void)::seteuid(0);
+}
+
+void setWritable(const QString& folder, bool writable)
+{
+    ::chmod(QFile::encodeName(folder).constData(), writable ? 0755 : 0555);
+}
+
+QStringList movedAside(const QString& fileName, const QString& tag)
+{
+    QStringList files = QDir(DataPaths::databaseFolder()).entryList({fileName + '.' + tag + "-*"}, QDir::Files, QDir::Name);
+    files.removeIf([](const QString& name) { return name.endsWith("-journal"); });
+    return files;
+}
+
+ScopedBusyTimeout::ScopedBusyTimeout(int ms) : previous_(std::exchange(StoreSupport::busyTimeoutMs, ms)) {}
+
+ScopedBusyTimeout::~ScopedBusyTimeout()
+{
+    StoreSupport::busyTimeoutMs = previous_;
+}
+
+QByteArray readAll(const std::string& path)
+{
+    QFile f(QString::fromStdString(path));
+    return f.open(QIODevice::ReadOnly) ? f.readAll() : QByteArray();
 }
 
 ScopedFault::ScopedFault(std::string step)

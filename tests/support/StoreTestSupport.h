@@ -6,6 +6,7 @@
 #include <SQLiteCpp/Database.h>
 
 #include <QString>
+#include <QStringList>
 #include <QTemporaryDir>
 
 #include <string>
@@ -28,6 +29,38 @@ public:
 private:
     QTemporaryDir dir_;
 };
+
+// While alive, the test has the rights of an ordinary user, so that file
+// permissions hold also where the tests run as root.
+class ScopedUnprivileged {
+public:
+    ScopedUnprivileged();
+    ~ScopedUnprivileged();
+    ScopedUnprivileged(const ScopedUnprivileged&) = delete;
+    ScopedUnprivileged& operator=(const ScopedUnprivileged&) = delete;
+
+private:
+    bool switched_ = false;
+};
+
+// Gives everyone read access to `folder`, and its owner write access or not.
+void setWritable(const QString& folder, bool writable);
+
+// The files beside `fileName` in the database folder whose names start with
+// "<fileName>.<tag>-" (moved aside as old or damaged).
+QStringList movedAside(const QString& fileName, const QString& tag);
+
+// While alive, stores opened wait `ms` for another program's lock.
+class ScopedBusyTimeout {
+public:
+    explicit ScopedBusyTimeout(int ms);
+    ~ScopedBusyTimeout();
+
+private:
+    int previous_;
+};
+
+QByteArray readAll(const std::string& path);
 
 // While alive, the stores throw std::runtime_error("injected") when they
 // reach `step`.

@@ -1,0 +1,51 @@
+#pragma once
+// Why a store operation failed. The stores answer their callers with neutral
+// values (an empty string, true for a write that changed nothing), but they
+// keep the reason of their latest failure, so the window can tell the user
+// what happened and what to do.
+
+#include <QString>
+
+#include <exception>
+#include <string>
+
+enum class StoreResult {
+    Ok,
+    Missing,     // a read found no row: an answer, not a failure
+    Busy,        // another program held the file for longer than the busy timeout
+    ReadOnly,    // the folder or the file may not be written
+    Damaged,     // SQLite says the file is not a healthy database
+    MoveFailed,  // an old or damaged file could not be moved aside
+    Failed,      // anything else
+};
+
+struct StoreStatus {
+    StoreResult result = StoreResult::Ok;
+    std::string reason;
+    bool ok() const { return result == StoreResult::Ok; }
+};
+
+// A value read from a store, with what the read found.
+struct StoreRead {
+    StoreResult result = StoreResult::Missing;
+    QString value;
+    std::string reason;
+};
+
+// Sorts a caught exception by its SQLite error code.
+StoreStatus storeStatusOf(const std::exception& error);
+
+// What a store knows about its file: where it is, how its opening went, what
+// became of a file that had to make room, and its latest failure.
+struct StoreHealth {
+    QString file;        // full path
+    StoreStatus opening;  // Ok, or why the store is not fully usable
+    QString movedAside;  // where an old or damaged file went; empty if none
+    bool movedBecauseDamaged = false;
+    StoreStatus lastFailure;
+};
+
+// The window's message for a store's trouble, in plain words with the fix;
+// empty when there is nothing to tell. `what` names the file's contents for
+// the user and opens the message ("Your keyboard's settings").
+QString storeProblemMessage(const StoreHealth& health, const QString& what);

@@ -1,0 +1,183 @@
+// The user's files through locks, damage, rebuilds and read-only folders, as
+// a session on the virtual keyboard meets them.
+#include "support/CapturedLines.h"
+#include "Common/DataPaths.h"
+#include "HIDDevice/Platform/Virtual/VirtualHidManager.h"
+#include "SQLite/DeviceSQLite.h"
+#include "SQLite/LocalSQLite.h"
+#include "Simulator/VirtualKeyboard.h"
+#include "View/MainController.h"
+#include "support/StoreTestSupport.h"
+#include "support/WaitUntil.h"
+
+#include <QDir>
+#include <QFile>
+#include <gtest/gtest.h>
+
+using namespace testing_support;
+
+namespace {
+
+const QString kDeviceFile = "orvane_61k_device.sqlite3";
+
+class DataSafety : public ::testing::Test {
+protected:
+    DataSafety()
+    {
+        // A device file with the user's own macro in it, and local settings
+        // without a version row.
+        DeviceSQLite device(kDeviceFile, false);
+        device.db->exec(R"(INSERT INTO "t_macro_data" ("play_times", "delay_type", "delay_time", "macro_name")
+                           VALUES (1, 0, 10, 'marker'))");
+        LocalSQLite local(kLocalDatabaseFile);
+    }
+
+    void start()
+    {
+        MainController::Environment env;
+        env.hidManagerFactory = [bus = bus] { return std::make_unique<VirtualHidManager>(bus); };
+        controller = std::make_unique<MainController>(env);
+        controller->viewDidLoad();
+        controller->show();
+    }
+
+    void plug()
+    {
+        keyboard = std::make_shared<VirtualKeyboard>(VirtualKeyboard::Model::M61);
+        bus->plug(keyboard);
+        ASSERT_TRUE(waitUntil([&] { return controller->currentTransport() && !controller->hidcomm_busy; }));
+    }
+
+    void replug()
+    {
+        bus->unplug(keyboard);
+        ASSERT_TRUE(waitUntil([&] { return !controller->connectedDevice(); }));
+        plug();
+    }
+
+    void setLocal(const std::string& sql)
+    {
+        SQLite::Database local(folder.databasePath(kLocalDatabaseFile), SQLite::OPEN_READWRITE);
+        local.exec(sql);
+    }
+
+    Rows versionRows() const
+    {
+        SQLite::Database local(folder.databasePath(kLocalDatabaseFile), SQLite::OPEN_READONLY);
+        return queryRows(local, R"(SELECT "value" FROM "t_localdata" WHERE "key" = 'version')");
+    }
+
+    static Rows macros(const std::string& path)
+    {
+        SQLite::Database db(path, SQLite::OPEN_READONLY);
+        return queryRows(db, R"(SELECT "macro_name" FROM "t_macro_data")");
+    }
+
+    QString shown() const { return controller->label_problem->isVisible() ? controller->label_problem->text() : QString(); }
+
+    TempDataFolder folder;
+    std::shared_ptr<VirtualBus> bus = std::make_shared<VirtualBus>();
+    std::shared_ptr<VirtualKeyboard> keyboard;
+    std::unique_ptr<MainController> controller;
+};
+
+}  // namespace
+
+TEST_F(DataSafety, ALockedOrDamagedLocalStoreLeavesTheKeyboardsFileAsItIsAndSaysSo)
+{
+    const std::string localFile = folder.databasePath(kLocalDatabaseFile);
+    SQLite::Database other(localFile, SQLite::OPEN_READWRITE);
+    other.exec("BEGIN EXCLUSIVE");
+    ScopedBusyTimeout shortWait(50);
+    start();
+    plug();
+    EXPECT_EQ(macros(folder.databasePath(kDeviceFile)), (Rows{{"marker"}}));
+    EXPECT_TRUE(movedAside(kDeviceFile, "old").isEmpty());
+    EXPECT_TRUE(shown().contains("in use by another program")) << shown().toStdString();
+    other.exec("ROLLBACK");
+    controller.reset();
+
+    QFile damaged(QString::fromStdString(localFile));
+    damaged.open(QIODevice::WriteOnly | QIODevice::Truncate);
+    damaged.write(QByteArray(4096, 'x'));
+    damaged.close();
+    start();
+    plug();
+    EXPECT_EQ(macros(folder.databasePath(kDeviceFile)), (Rows{{"marker"}}));
+    EXPECT_TRUE(movedAside(kDeviceFile, "old").isEmpty());
+    ASSERT_EQ(movedAside(kLocalDatabaseFile, "damaged").size(), 1);
+    EXPECT_TRUE(shown().contains(movedAside(kLocalDatabaseFile, "damaged")[0])) << shown().toStdString();
+    EXPECT_EQ(versionRows(), (Rows{{"1.1"}})) << "the new settings file takes the current version";
+}
+
+TEST_F(DataSafety, AnEmptyVersionIsSetInPlaceAndTheOldKeyboardFileIsKeptAsideOnce)
+{
+    setLocal(R"(INSERT INTO "t_localdata" VALUES ('orvane', 'version', ''))");
+    start();
+    plug();
+    EXPECT_EQ(versionRows(), (Rows{{"1.1"}}));
+    const QStringList old = movedAside(kDeviceFile, "old");
+    ASSERT_EQ(old.size(), 1);
+    EXPECT_EQ(macros((DataPaths::databaseFolder() + old[0]).toStdString()), (Rows{{"marker"}}));
+    EXPECT_EQ(macros(folder.databasePath(kDeviceFile)), Rows{});
+    EXPECT_EQ(controller->deviceDB->getConfigData(1, "currentProfile"), "1");
+    EXPECT_TRUE(shown().contains(old[0])) << shown().toStdString();
+
+    const QString message = shown();
+    replug();
+    EXPECT_EQ(movedAside(kDeviceFile, "old").size(), 1) << "the version now matches";
+    EXPECT_EQ(shown(), message) << "each problem is shown once";
+}
+
+TEST_F(DataSafety, AKeyboardFileThatCannotBeMovedAsideIsAFailedOpeningAndIsTriedAgainNextTime)
+{
+    setLocal(R"(INSERT INTO "t_localdata" VALUES ('orvane', 'version', '1.0'))");
+    start();
+    const QString dbFolder = DataPaths::databaseFolder();
+    setWritable(dbFolder, false);
+    {
+        ScopedUnprivileged user;
+        plug();
+    }
+    setWritable(dbFolder, true);
+    EXPECT_FALSE(controller->deviceDB->db);
+    EXPECT_TRUE(shown().contains("could not be moved aside")) << shown().toStdString();
+    EXPECT_EQ(versionRows(), (Rows{{"1.0"}}));
+    EXPECT_EQ(macros(folder.databasePath(kDeviceFile)), (Rows{{"marker"}}));
+
+    replug();
+    EXPECT_TRUE(controller->deviceDB->isReady());
+    EXPECT_EQ(versionRows(), (Rows{{"1.1"}}));
+    EXPECT_EQ(movedAside(kDeviceFile, "old").size(), 1);
+}
+
+TEST_F(DataSafety, ADamagedKeyboardFileIsFoundBesideTheFreshOne)
+{
+    setLocal(R"(INSERT INTO "t_localdata" VALUES ('orvane', 'version', '1.1'))");
+    QFile device(QString::fromStdString(folder.databasePath(kDeviceFile)));
+    device.open(QIODevice::WriteOnly | QIODevice::Truncate);
+    device.write("these are not the settings you are looking for");
+    device.close();
+    start();
+    plug();
+    const QStringList damaged = movedAside(kDeviceFile, "damaged");
+    ASSERT_EQ(damaged.size(), 1);
+    EXPECT_EQ(readAll((DataPaths::databaseFolder() + damaged[0]).toStdString()),
+              "these are not the settings you are looking for");
+    EXPECT_TRUE(controller->deviceDB->isReady());
+    EXPECT_TRUE(shown().contains(DataPaths::databaseFolder() + damaged[0])) << shown().toStdString();
+}
+
+TEST_F(DataSafety, AReadOnlyDataFolderIsExplainedWithTheCommandThatFixesIt)
+{
+    const QString dbFolder = DataPaths::databaseFolder();
+    setWritable(dbFolder, false);
+    {
+        ScopedUnprivileged user;
+        start();
+    }
+    setWritable(dbFolder, true);
+    EXPECT_TRUE(shown().contains("may not write")) << shown().toStdString();
+    EXPECT_EQ(controller->localDB->getLocalData("orvane", "kb_61k"), "1") << "what is there can still be read";
+    EXPECT_TRUE(shown().contains("chmod -R u+w '" + QDir(dbFolder).absolutePath() + "'")) << shown().toStdString();
+}
