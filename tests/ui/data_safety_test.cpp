@@ -45,7 +45,7 @@ protected:
     {
         keyboard = std::make_shared<VirtualKeyboard>(VirtualKeyboard::Model::M61);
         bus->plug(keyboard);
-        ASSERT_TRUE(waitUntil([&] { return controller->currentTransport() && !controller->hidcomm_busy; }));
+        ASSERT_TRUE(waitUntil([&] { return controller->currentTransport() && !controller->hidcomm_busy(); }));
     }
 
     void replug()
