@@ -59,8 +59,8 @@ keyboard at once, follows plugging and unplugging, and keeps each keyboard
 family's settings in the user's data folder.
 
 A udev rule gives the user at the screen access to these keyboards, and to
-nothing else; \"orvane --doctor\" says what stands in the way when the
-keyboard cannot be reached.")
+nothing else, and the command orvane --doctor says what stands in the way
+when the keyboard cannot be reached.")
 set(CPACK_PACKAGING_INSTALL_PREFIX /usr)
 set(CPACK_STRIP_FILES ON)
 set(CPACK_DEBIAN_FILE_NAME DEB-DEFAULT)

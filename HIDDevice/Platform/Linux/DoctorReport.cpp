@@ -4,6 +4,7 @@
 #include "HIDDevice/Platform/Linux/PermissionDoctor.h"
 
 #include <algorithm>
+#include <iterator>
 #include <cstdlib>
 #include <grp.h>
 #include <pwd.h>
@@ -21,6 +22,12 @@ QString levelTag(DoctorFinding::Level level)
     case DoctorFinding::Level::Problem: return QStringLiteral("PROBLEM ");
     }
     return {};
+}
+
+// Two nodes of one keyboard share their fix: the command is said once, after both.
+bool sharesNextCommand(const std::vector<DoctorFinding>& findings, std::size_t i)
+{
+    return i + 1 < findings.size() && !findings[i].command.isEmpty() && findings[i + 1].command == findings[i].command;
 }
 
 std::vector<uint32_t> groupsOf(uint32_t uid)
@@ -64,10 +71,13 @@ QString DoctorReport::text() const
                       .arg(user);
     for (const DoctorSection& section : sections) {
         out += QStringLiteral("\n%1\n").arg(section.title);
-        for (const DoctorFinding& f : section.findings) {
-            out += QStringLiteral("  %1 %2\n").arg(levelTag(f.level), f.text);
-            if (!f.command.isEmpty())
-                out += QStringLiteral("           %1\n").arg(f.command);
+        const std::vector<DoctorFinding>& findings = section.findings;
+        for (std::size_t i = 0; i < findings.size(); ++i) {
+            out += QStringLiteral("  %1 %2\n").arg(levelTag(findings[i].level), findings[i].text);
+            if (sharesNextCommand(findings, i))
+                continue;
+            if (!findings[i].command.isEmpty())
+                out += QStringLiteral("           %1\n").arg(findings[i].command);
         }
     }
     const int problems = problemCount();
@@ -78,15 +88,18 @@ QString DoctorReport::text() const
 
 QString DoctorReport::problemsFor(const std::string& node) const
 {
-    QStringList entries;
+    std::vector<DoctorFinding> problems;
     for (const DoctorSection& section : sections) {
         const bool ours = std::find(section.nodes.begin(), section.nodes.end(), node) != section.nodes.end();
         if (section.aboutKeyboard != ours)
             continue;  // another keyboard, or no keyboard at all
-        for (const DoctorFinding& f : section.findings)
-            if (f.level == DoctorFinding::Level::Problem)
-                entries << QStringLiteral("- %1\n    %2").arg(f.text, f.command);
+        std::copy_if(section.findings.begin(), section.findings.end(), std::back_inserter(problems),
+                     [](const DoctorFinding& f) { return f.level == DoctorFinding::Level::Problem; });
     }
+    QStringList entries;
+    for (std::size_t i = 0; i < problems.size(); ++i)
+        entries << (sharesNextCommand(problems, i) ? QStringLiteral("- %1").arg(problems[i].text)
+                                                   : QStringLiteral("- %1\n    %2").arg(problems[i].text, problems[i].command));
     return entries.join(QLatin1Char('\n'));
 }
 

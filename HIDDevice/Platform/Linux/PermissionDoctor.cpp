@@ -59,7 +59,7 @@ DoctorFinding nodeFinding(const DoctorEnvironment& env, const fs::path& node, co
     if (ok)
         return {Level::Ok, text, {}};
     return {Level::Problem,
-            text + QStringLiteral(" Once the rule and the seat manager below are in order, apply the rule to the keyboard"
+            text + QStringLiteral(" With the rule installed and a seat manager running, apply the rule to the keyboard"
                                   " (or unplug it and plug it in again):"),
             trigger};
 }
@@ -156,8 +156,9 @@ DoctorSection inspectRule(const DoctorEnvironment& env)
             : QStringLiteral("sudo cp packaging/70-orvane.rules %1/ && %2 && %3")
                   .arg(adminDir, QLatin1String(kReload), QLatin1String(kTriggerAll));
         section.findings.push_back({Level::Problem,
-            QStringLiteral("Not installed: without it only root may open the keyboard. Install it%1:")
-                .arg(env.installedByPackage ? QString() : QStringLiteral(" (from the source folder)")),
+            QStringLiteral("The udev rule %1 is not installed: without it only root may open the keyboard."
+                           " Install it%2:")
+                .arg(QLatin1String(kRuleName), env.installedByPackage ? QString() : QStringLiteral(" (from the source folder)")),
             install});
     }
     return section;
