@@ -144,9 +144,7 @@ TEST_F(FakeMachine, TheRuleCountsOnlyWhereUdevReadsIt)
     const QString reload = "sudo udevadm control --reload";
     const QString triggerAll = "sudo udevadm trigger --action=change --subsystem-match=usb --subsystem-match=hidraw";
     fs::remove(root / "usr/lib/udev/rules.d/70-orvane.rules");
-    DoctorFinding missing = finding(inspectAccess(env), "is not installed");
-    EXPECT_EQ(missing.level, Level::Problem);
-    EXPECT_EQ(missing.command, QString("sudo cp packaging/70-orvane.rules %1/ && %2 && %3").arg(path("etc/udev/rules.d"), reload, triggerAll));
+    EXPECT_EQ(finding(inspectAccess(env), "is not installed").command, QString("sudo cp packaging/70-orvane.rules %1/ && %2 && %3").arg(path("etc/udev/rules.d"), reload, triggerAll));
     env.installedByPackage = true;
     EXPECT_EQ(finding(inspectAccess(env), "is not installed").command, "sudo apt-get install --reinstall orvane-keyboard-studio");
 
@@ -165,21 +163,16 @@ TEST_F(FakeMachine, TheRuleCountsOnlyWhereUdevReadsIt)
 TEST_F(FakeMachine, WithoutASeatManagerUaccessGivesNoOneTheKeyboard)
 {
     fs::remove_all(root / "run/systemd/seats");
-    DoctorFinding seat = finding(inspectAccess(env), "Neither systemd-logind nor elogind runs");
-    EXPECT_EQ(seat.level, Level::Problem);
-    EXPECT_EQ(seat.command, "sudo apt-get install elogind libpam-elogind");
+    const DoctorReport none = inspectAccess(env);
+    EXPECT_EQ(none.problemCount(), 1);
+    EXPECT_EQ(finding(none, "Neither systemd-logind nor elogind runs").command, "sudo apt-get install elogind libpam-elogind");
     fs::create_directories(root / "run/systemd/system");  // booted with systemd
     EXPECT_EQ(finding(inspectAccess(env), "Neither").command, "sudo apt-get install libpam-systemd");
 
     writeFile(root / "run/systemd/seats/seat0", "IS_SEAT0=1\nACTIVE_UID=4244\n");
-    const DoctorReport report = inspectAccess(env);
-    EXPECT_EQ(report.problemCount(), 0);
-    EXPECT_EQ(finding(report, "The session at the screen (seat0)").command, "loginctl list-sessions");
-}
+    EXPECT_EQ(finding(inspectAccess(env), "The session at the screen (seat0)").command, "loginctl list-sessions");
 
-TEST_F(FakeMachine, NoKeyboardIsAProblem)
-{
-    fs::remove_all(root / "sys/bus/usb/devices/3-1.4");
+    fs::remove_all(root / "sys/bus/usb/devices/3-1.4");  // unplugged: nothing is in order
     const DoctorReport report = inspectAccess(env);
     EXPECT_EQ(report.problemCount(), 1);
     EXPECT_EQ(finding(report, "No Orvane keyboard").level, Level::Problem);
@@ -203,9 +196,7 @@ TEST(NodeAccess, JudgedAsTheKernelJudgesIt)
                              0x10, 0, 6, 0, 0xFF, 0xFF, 0xFF, 0xFF, 0x20, 0, 0, 0, 0xFF, 0xFF, 0xFF, 0xFF};
     const std::vector<AclEntry> acl = parseAclXattr(xattr);
     ASSERT_EQ(acl.size(), 4u);
-    EXPECT_EQ(acl[1].tag, T::User);
-    EXPECT_EQ(acl[1].id, 1000u);
-    EXPECT_EQ(acl[1].perms, 6u);
+    EXPECT_TRUE(acl[1].tag == T::User && acl[1].id == 1000u && acl[1].perms == 6u);
     EXPECT_TRUE(mayAccess({0, 0, 0660}, acl, alice, rw));
     EXPECT_TRUE(parseAclXattr(std::span(xattr, 10)).empty());
 
