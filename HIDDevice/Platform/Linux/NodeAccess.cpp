@@ -108,8 +108,10 @@ std::string describeAccess(const NodeOwnership& node, const std::vector<AclEntry
         if (e.tag != AclEntry::Tag::User && e.tag != AclEntry::Tag::Group)
             continue;
         named += named.empty() ? ", ACL " : " ";
-        named += e.tag == AclEntry::Tag::User ? "user:" + userName(e.id) : "group:" + groupName(e.id);
-        named += ":" + permString(e.perms);
+        named += e.tag == AclEntry::Tag::User ? "user:" : "group:";
+        named += e.tag == AclEntry::Tag::User ? userName(e.id) : groupName(e.id);
+        named += ':';
+        named += permString(e.perms);
     }
     return text + (named.empty() ? ", no ACL" : named);
 }
