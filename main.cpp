@@ -2,6 +2,7 @@
 #include "HIDDevice/Platform/Doctor.h"
 
 #include <QApplication>
+#include <QIcon>
 
 #include <cstring>
 #include <iostream>
@@ -20,8 +21,10 @@ int main(int argc, char** argv)
     QApplication app(argc, argv);
     QApplication::setApplicationName(QStringLiteral("Orvane Keyboard Studio"));
     QApplication::setOrganizationDomain(QStringLiteral("orvane.com"));
-    // Lets the desktop match the window to its desktop entry and icon.
+    // Lets the desktop match the window to its desktop entry and icon; the
+    // icon comes from the theme where the package installed it.
     QGuiApplication::setDesktopFileName(QStringLiteral("com.orvane.keyboardstudio"));
+    QApplication::setWindowIcon(QIcon::fromTheme(QStringLiteral("com.orvane.keyboardstudio")));
 
     QString error;
     const auto options = parseAppOptions(QApplication::arguments(), error);
