@@ -14,7 +14,12 @@ std::optional<AppOptions> parseAppOptions(const QStringList& arguments, QString&
     const QCommandLineOption dataDir(QStringLiteral("data-dir"), QStringLiteral("Keep the settings and databases in DIR."), QStringLiteral("dir"));
     const QCommandLineOption quitAfter(QStringLiteral("quit-after"), QStringLiteral("Quit after SECONDS."), QStringLiteral("seconds"));
     const QCommandLineOption screenshot(QStringLiteral("screenshot"), QStringLiteral("Save a PNG of the window just before quitting."), QStringLiteral("file"));
-    parser.addOptions({demo, trace, dataDir, quitAfter, screenshot});
+    // Acted on before the window exists (main.cpp); listed here for --help.
+    const QCommandLineOption doctor(QStringLiteral("doctor"),
+                                    QStringLiteral("Check what stands between you and the keyboard (device nodes, udev rule, "
+                                                   "seat manager, input devices), print the command for each problem, and exit. "
+                                                   "Sends nothing to a keyboard."));
+    parser.addOptions({demo, trace, dataDir, quitAfter, screenshot, doctor});
 
     if (!parser.parse(arguments)) {
         error = parser.errorText();

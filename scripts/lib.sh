@@ -1,4 +1,4 @@
-# Shared by scripts/run and scripts/test: install what is missing, then build.
+# Shared by the scripts in this folder: install what is missing, then build.
 # shellcheck shell=bash
 
 ORVANE_ROOT="$(cd "$(dirname "${BASH_SOURCE[0]}")/.." && pwd)"
@@ -12,7 +12,16 @@ ORVANE_PACKAGES=(
   libudev-dev libusb-1.0-0-dev
   libgtest-dev libgmock-dev libbenchmark-dev
   fonts-noto-cjk
+  librsvg2-bin
 )
+
+# What scripts/test adds: the validators of the desktop entry and AppStream file.
+ORVANE_TEST_PACKAGES=(desktop-file-utils appstream)
+
+# What scripts/package and scripts/package-check add: the Debian package
+# tools (dpkg-shlibdeps, and `file`, which CPack uses to find the binaries),
+# lintian, and mmdebstrap for the fresh Debian root.
+ORVANE_PACKAGING_PACKAGES=(dpkg-dev file lintian mmdebstrap)
 
 orvane_missing_packages() {
   local missing=() p

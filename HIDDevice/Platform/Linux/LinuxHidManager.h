@@ -6,6 +6,7 @@
 
 #include "HIDDevice/Platform/HidManager.h"
 #include "HIDDevice/Platform/Linux/LinuxHidRegistry.h"
+#include "HIDDevice/Platform/Linux/PermissionDoctor.h"
 
 #include <libudev.h>
 
@@ -34,7 +35,7 @@ private:
     void readMonitor();
     void deliver(const std::vector<LinuxHidRegistry::Change>& changes);
 
-    std::shared_ptr<PermissionNotice> notice_ = std::make_shared<PermissionNotice>();
+    std::shared_ptr<PermissionNotice> notice_ = std::make_shared<PermissionNotice>(&permissionAdvice);
     LinuxHidRegistry registry_;
     DeviceCallback onMatch_;
     DeviceCallback onRemove_;

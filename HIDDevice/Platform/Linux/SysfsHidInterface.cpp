@@ -8,9 +8,7 @@
 
 namespace fs = std::filesystem;
 
-namespace {
-
-std::optional<std::string> readLine(const fs::path& file)
+std::optional<std::string> readSysfsLine(const fs::path& file)
 {
     std::ifstream in(file);
     std::string line;
@@ -34,9 +32,9 @@ std::optional<std::string> readStringAttribute(const fs::path& file)
     return text;
 }
 
-std::optional<int> readNumber(const fs::path& file, int base)
+std::optional<int> readSysfsNumber(const fs::path& file, int base)
 {
-    const std::optional<std::string> text = readLine(file);
+    const std::optional<std::string> text = readSysfsLine(file);
     if (!text || text->empty())
         return std::nullopt;
     try {
@@ -49,6 +47,8 @@ std::optional<int> readNumber(const fs::path& file, int base)
         return std::nullopt;
     }
 }
+
+namespace {
 
 std::vector<uint8_t> readBytes(const fs::path& file)
 {
@@ -108,12 +108,12 @@ std::optional<UsbHidInterface> readUsbHidInterface(const fs::path& hidrawSysPath
     info.identity = info.interfaceDir.filename().string();
     const fs::path usbDir = info.interfaceDir.parent_path();
 
-    const auto ifnum = readNumber(info.interfaceDir / "bInterfaceNumber", 16);
-    const auto vid = readNumber(usbDir / "idVendor", 16);
-    const auto pid = readNumber(usbDir / "idProduct", 16);
-    const auto bus = readNumber(usbDir / "busnum", 10);
-    const auto addr = readNumber(usbDir / "devnum", 10);
-    const auto portPath = readLine(usbDir / "devpath");
+    const auto ifnum = readSysfsNumber(info.interfaceDir / "bInterfaceNumber", 16);
+    const auto vid = readSysfsNumber(usbDir / "idVendor", 16);
+    const auto pid = readSysfsNumber(usbDir / "idProduct", 16);
+    const auto bus = readSysfsNumber(usbDir / "busnum", 10);
+    const auto addr = readSysfsNumber(usbDir / "devnum", 10);
+    const auto portPath = readSysfsLine(usbDir / "devpath");
     if (!ifnum || !vid || !pid || !bus || !addr || !portPath)
         return std::nullopt;
 

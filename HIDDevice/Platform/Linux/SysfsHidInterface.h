@@ -30,6 +30,11 @@ struct UsbHidInterface {
     HidReportSizes sizes;
 };
 
+// One sysfs attribute: its first line without the trailing newline, or a
+// number in the given base; nullopt when missing or malformed.
+std::optional<std::string> readSysfsLine(const std::filesystem::path& file);
+std::optional<int> readSysfsNumber(const std::filesystem::path& file, int base);
+
 // Reads the interface that a hidraw node belongs to; nullopt when the node is
 // not on USB or the tree is incomplete.
 std::optional<UsbHidInterface> readUsbHidInterface(const std::filesystem::path& hidrawSysPath);
