@@ -13,7 +13,8 @@ using namespace RecordStatements;
 
 bool DeviceSQLite::deleteMacroRecord(int64_t macorId)
 {
-    return guardedWrite(db, "deleteMacroRecord", [&](SQLite::Database& connection) { deleteSteps(connection, macorId); });
+    return guardedWrite(db, "deleteMacroRecord",
+                        [&](SQLite::Database& connection) { deleteSteps(connection, macorId); });
 }
 
 int64_t DeviceSQLite::addMacroRecord(const RecordInfo& info)
