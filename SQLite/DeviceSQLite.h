@@ -20,14 +20,17 @@
 // Sources by topic: DeviceSQLite.cpp (opening, schema, seeding, wiping,
 // profile reset), DeviceSQLiteConfig.cpp (the settings rows).
 
+#include "Common/Records.h"
 #include "SQLite/StoreResult.h"
 
 #include <SQLiteCpp/Database.h>
 
 #include <QString>
 
+#include <cstdint>
 #include <memory>
 #include <string>
+#include <vector>
 
 // The file of a keyboard family, by `g_device_type`: the 68-key model has a
 // file of its own, every other value shares the 61-key file.
@@ -87,6 +90,50 @@ public:
     // Sets an existing setting; never creates a row. False only when the
     // statement fails: a missing row changes nothing and answers true.
     bool updateConfigData(int profile, const QString& keyValue, const QString& newvalue);
+
+    // ---- Key assignments and macros ----------------------------------------
+    // Sources: DeviceSQLiteKeys.cpp (key assignments), MacroSQLite.cpp (the
+    // macros), MacroMngSQLite.cpp (their steps and the whole save).
+    // Neutral answers as above: 0 for an id or a count, false for a query,
+    // true for a write that found no connection. A failure is logged under
+    // lcOrvane and prints none of the given lines.
+
+    // Replaces the assignment of one key in one profile: deletes its row and,
+    // unless `macroValue` is 0 (back to the default), inserts the new one, in
+    // one transaction, so a failure keeps the old assignment. The new row id,
+    // or 0 when nothing was inserted. `keyValue` 0 changes nothing.
+    int64_t addKeyProfile(const ProfileKey& data);
+    // Appends the profile's assignments in the order they were made. False
+    // when the query fails; the array is then left as it was.
+    bool queryKeysProfile(int profile, std::vector<ProfileKey>& dataArray) const;
+
+    // A new macro with one play and no delay; its id, 0 on failure.
+    int64_t addMacroProfile(const QString& macro_name);
+    // The macro and its steps, in one transaction. Assignments that name the
+    // macro stay: they fall back to the key's own function when sent.
+    bool deleteMacroProfile(int64_t macorId);
+    bool deleteMacroRecord(int64_t macorId);
+    bool updateMacroProfileName(int64_t macorId, const QString& macro_name);
+    // Play count (kept within 1 to 255), delay type and delay; not the name.
+    bool modifyMacroInfo(const MacroInfo& info);
+    // Overwrites `info` only when the macro exists.
+    bool queryMacroInfo(int64_t macorId, MacroInfo& info) const;
+    // Appends every macro in list order; the array's size afterwards, 0 on
+    // failure with the array left as it was.
+    int queryAllMacroData(std::vector<MacroInfo>& dataArray) const;
+    int64_t getMacroCount() const;
+    // One step; `recordId` is ignored. The new id, 0 on failure.
+    int64_t addMacroRecord(const RecordInfo& info);
+    // Appends the macro's steps in the order they were saved; size and
+    // failure as queryAllMacroData.
+    int queryMacroRecord(int64_t macorId, std::vector<RecordInfo>& dataArray) const;
+    int64_t getRecordCount() const;
+    // Saves a macro whole, in one transaction: creates it when `info.macroId`
+    // is below 1, sets its play count, delays and name (`info.macroName`),
+    // and replaces its steps with `steps`, numbered from 0 in list order.
+    // The macro's id, or 0 when nothing was changed (also for an id that
+    // names no macro).
+    int64_t saveMacro(const MacroInfo& info, const std::vector<RecordInfo>& steps);
 
     // Empty when opening failed.
     std::unique_ptr<SQLite::Database> db;

@@ -1,0 +1,85 @@
+#include "SQLite/RecordStatements.h"
+
+#include "Common/OutputLine.h"
+
+#include <SQLiteCpp/Statement.h>
+
+#include <algorithm>
+#include <string>
+
+namespace RecordStatements {
+
+int64_t storedPlayTimes(int64_t playTimes)
+{
+    return std::clamp(playTimes, kMinPlayTimes, kMaxPlayTimes);
+}
+
+int64_t insertMacro(SQLite::Database& db, const QString& name)
+{
+    SQLite::Statement insert(db, R"(INSERT INTO "t_macro_data" ("play_times", "delay_type", "delay_time", "macro_name")
+                                    VALUES (1, 0, 0, ?))");
+    insert.bind(1, name.toStdString());
+    insert.exec();
+    return db.getLastInsertRowid();
+}
+
+int setMacroInfo(SQLite::Database& db, const MacroInfo& info)
+{
+    SQLite::Statement update(db, R"(UPDATE "t_macro_data" SET "play_times" = ?, "delay_type" = ?, "delay_time" = ?
+                                    WHERE "macro_id" = ?)");
+    update.bind(1, storedPlayTimes(info.playTimes));
+    update.bind(2, info.delayType);
+    update.bind(3, info.delayTime);
+    update.bind(4, info.macroId);
+    return update.exec();
+}
+
+void setMacroName(SQLite::Database& db, int64_t macroId, const QString& name)
+{
+    SQLite::Statement update(db, R"(UPDATE "t_macro_data" SET "macro_name" = ? WHERE "macro_id" = ?)");
+    update.bind(1, name.toStdString());
+    update.bind(2, macroId);
+    update.exec();
+}
+
+void deleteMacro(SQLite::Database& db, int64_t macroId)
+{
+    SQLite::Statement remove(db, R"(DELETE FROM "t_macro_data" WHERE "macro_id" = ?)");
+    remove.bind(1, macroId);
+    remove.exec();
+}
+
+void deleteSteps(SQLite::Database& db, int64_t macroId)
+{
+    SQLite::Statement remove(db, R"(DELETE FROM "t_macrorecord" WHERE "macro_id" = ?)");
+    remove.bind(1, macroId);
+    remove.exec();
+}
+
+int64_t insertStep(SQLite::Database& db, const RecordInfo& info)
+{
+    SQLite::Statement insert(db, R"(INSERT INTO "t_macrorecord" ("macro_id", "record_type", "record_index",
+                                    "record_desc", "record_value") VALUES (?, ?, ?, ?, ?))");
+    insert.bind(1, info.macroId);
+    insert.bind(2, info.recordType);
+    insert.bind(3, info.recordIndex);
+    insert.bind(4, info.recordDesc.toStdString());
+    insert.bind(5, info.recordValue);
+    insert.exec();
+    return db.getLastInsertRowid();
+}
+
+int64_t countRows(SQLite::Database& db, std::string_view table)
+{
+    SQLite::Statement count(db, "SELECT COUNT(*) FROM \"" + std::string(table) + "\"");
+    count.executeStep();
+    return count.getColumn(0).getInt64();
+}
+
+void logFailure(std::string_view operation, const std::exception& error)
+{
+    qCWarning(lcOrvane).noquote() << QString::fromUtf8(operation.data(), qsizetype(operation.size()))
+                                  << "failed:" << error.what();
+}
+
+}  // namespace RecordStatements

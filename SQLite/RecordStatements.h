@@ -1,0 +1,70 @@
+#pragma once
+// The throwing building blocks of the key assignment and macro operations of
+// DeviceSQLite, shared by its topic files. Each runs one statement; the
+// callers choose the transaction and catch at the store boundary.
+//
+// Test fault points (StoreSupport::reachStep) inside those transactions:
+//   "keys.add.delete"       after the old row of the key is deleted
+//   "macro.delete.info"     after the macro's row is deleted
+//   "macro.save.info"       after the macro's play count, delays and name are set
+//   "macro.save.steps"      after the macro's old steps are deleted
+//   "macro.save.step.N"     after step N (from 1) is inserted
+
+#include "Common/Records.h"
+
+#include <SQLiteCpp/Database.h>
+
+#include <cstdint>
+#include <exception>
+#include <memory>
+#include <string_view>
+
+namespace RecordStatements {
+
+// Play counts travel in one byte of the key table, and a macro plays at
+// least once.
+inline constexpr int64_t kMinPlayTimes = 1;
+inline constexpr int64_t kMaxPlayTimes = 255;
+int64_t storedPlayTimes(int64_t playTimes);
+
+int64_t insertMacro(SQLite::Database& db, const QString& name);
+// The number of rows changed: 0 when there is no such macro.
+int setMacroInfo(SQLite::Database& db, const MacroInfo& info);
+void setMacroName(SQLite::Database& db, int64_t macroId, const QString& name);
+void deleteMacro(SQLite::Database& db, int64_t macroId);
+void deleteSteps(SQLite::Database& db, int64_t macroId);
+int64_t insertStep(SQLite::Database& db, const RecordInfo& info);
+int64_t countRows(SQLite::Database& db, std::string_view table);
+
+// The answer outward is neutral; the log keeps why.
+void logFailure(std::string_view operation, const std::exception& error);
+
+// Runs `work` on the connection at the store boundary: its result, or
+// `neutral` when there is no connection or a statement throws.
+template <typename T, typename Work>
+T guarded(const std::unique_ptr<SQLite::Database>& db, std::string_view operation, T neutral, Work&& work)
+{
+    if (!db)
+        return neutral;
+    try {
+        return work(*db);
+    } catch (const std::exception& e) {
+        logFailure(operation, e);
+        return neutral;
+    }
+}
+
+// A write whose statement may match nothing: true unless it throws, and true
+// with no connection, where there is nothing to match.
+template <typename Work>
+bool guardedWrite(const std::unique_ptr<SQLite::Database>& db, std::string_view operation, Work&& work)
+{
+    if (!db)
+        return true;
+    return guarded(db, operation, false, [&](SQLite::Database& connection) {
+        work(connection);
+        return true;
+    });
+}
+
+}  // namespace RecordStatements
