@@ -6,6 +6,7 @@
 #include "Common/Globals.h"
 #include "Protocol/Command.h"
 #include "SQLite/DeviceSQLite.h"
+#include "View/KeyboardLayout/KeyCodeMaps.h"
 #include "View/control/ButtonView.h"
 
 
@@ -66,6 +67,7 @@ void MainController::ConnectDevice()
     if (currentTransport() || !connectedDevice())
         return;
     setCurrentDevice(g_device_type);
+    fillFlagAndNormalKeys();
     initSQLite();
     if (!deviceDB)
         return;

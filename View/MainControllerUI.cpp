@@ -37,6 +37,8 @@ void MainController::InitUI()
     label_problem->setStyleSheet(QStringLiteral(
         "QLabel { background: #fff4e5; color: #3d2a00; border: 1px solid #f0c36d; border-radius: 6px; padding: 8px 12px; }"));
     label_problem->hide();
+
+    initKeyboardPicture();
 }
 
 void MainController::setCurrentDevice(int curDevType)
@@ -44,6 +46,7 @@ void MainController::setCurrentDevice(int curDevType)
     const int target = DeviceModel::keyboardTypeForDeviceType(curDevType);
     if (keyboardType == target)
         return;
+    runLayoutBuilder(target);
     keyboardType = target;
 }
 
