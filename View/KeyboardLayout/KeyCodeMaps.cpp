@@ -1,5 +1,16 @@
 #include "View/KeyboardLayout/KeyCodeMaps.h"
 
+#include "View/KeyboardLayout/KeyVocabulary.h"
+
+const KeyNameMap& Orvane61K_SuperKeyNameMap() { return KeyVocabulary::orvane61kMaps().names; }
+const KeyCodeMap& Orvane61K_SuperKeyCodeMap1() { return KeyVocabulary::orvane61kMaps().codes[0]; }
+const KeyCodeMap& Orvane61K_SuperKeyCodeMap2() { return KeyVocabulary::orvane61kMaps().codes[1]; }
+const KeyCodeMap& Orvane61K_SuperKeyCodeMap3() { return KeyVocabulary::orvane61kMaps().codes[2]; }
+const KeyNameMap& Orvane68K_SuperKeyNameMap() { return KeyVocabulary::orvane68kMaps().names; }
+const KeyCodeMap& Orvane68K_SuperKeyCodeMap1() { return KeyVocabulary::orvane68kMaps().codes[0]; }
+const KeyCodeMap& Orvane68K_SuperKeyCodeMap2() { return KeyVocabulary::orvane68kMaps().codes[1]; }
+const KeyCodeMap& Orvane68K_SuperKeyCodeMap3() { return KeyVocabulary::orvane68kMaps().codes[2]; }
+
 KeyNameMap G_KB_SuperKeyNameMap;
 KeyCodeMap G_KB_SuperKeyCodeMap;
 std::vector<int> G_KB_FlagKeys;

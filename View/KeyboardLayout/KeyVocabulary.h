@@ -42,4 +42,8 @@ struct ModelMaps {
 // The name map holds every key of the code maps plus `namesWithoutKey`.
 ModelMaps modelMaps(std::span<const ModelKey> keys, std::span<const char* const> namesWithoutKey);
 
+// Each model's maps, built once on first use.
+const ModelMaps& orvane61kMaps();
+const ModelMaps& orvane68kMaps();
+
 }  // namespace KeyVocabulary

@@ -36,15 +36,10 @@ constexpr std::array<const char*, 11> kNamesWithoutKey{
     "pause", "insert", "home", "pageUp", "delete", "end", "pageDown", "upArrow", "leftArrow", "downArrow",
     "rightArrow"};
 
-const KeyVocabulary::ModelMaps& maps()
-{
-    static const KeyVocabulary::ModelMaps built = KeyVocabulary::modelMaps(kKeys, kNamesWithoutKey);
-    return built;
-}
-
 }  // namespace
 
-const KeyNameMap& Orvane61K_SuperKeyNameMap() { return maps().names; }
-const KeyCodeMap& Orvane61K_SuperKeyCodeMap1() { return maps().codes[0]; }
-const KeyCodeMap& Orvane61K_SuperKeyCodeMap2() { return maps().codes[1]; }
-const KeyCodeMap& Orvane61K_SuperKeyCodeMap3() { return maps().codes[2]; }
+const KeyVocabulary::ModelMaps& KeyVocabulary::orvane61kMaps()
+{
+    static const ModelMaps built = modelMaps(kKeys, kNamesWithoutKey);
+    return built;
+}

@@ -33,15 +33,10 @@ constexpr std::array<ModelKey, 69> kKeys{{
 }};
 // clang-format on
 
-const KeyVocabulary::ModelMaps& maps()
-{
-    static const KeyVocabulary::ModelMaps built = KeyVocabulary::modelMaps(kKeys, std::span<const char* const>{});
-    return built;
-}
-
 }  // namespace
 
-const KeyNameMap& Orvane68K_SuperKeyNameMap() { return maps().names; }
-const KeyCodeMap& Orvane68K_SuperKeyCodeMap1() { return maps().codes[0]; }
-const KeyCodeMap& Orvane68K_SuperKeyCodeMap2() { return maps().codes[1]; }
-const KeyCodeMap& Orvane68K_SuperKeyCodeMap3() { return maps().codes[2]; }
+const KeyVocabulary::ModelMaps& KeyVocabulary::orvane68kMaps()
+{
+    static const ModelMaps built = modelMaps(kKeys, {});
+    return built;
+}

@@ -69,17 +69,17 @@ Legend legendOf(const QString& name)
     return {name.toUpper(), {}};  // the letters
 }
 
-struct PictureSpec {
+struct PictureKind {
     const KeyboardModelLayout* model = nullptr;
     int colourType = 1;
 };
 
-std::optional<PictureSpec> specFor(const QString& name)
+std::optional<PictureKind> pictureKindFor(const QString& name)
 {
     for (const KeyboardModelLayout* model : {&keyboardModel61k(), &keyboardModel68k(), &keyboardModelCnc()})
         for (int type = 1; type <= 4; ++type)
             if (!name.isEmpty() && model->pictures[size_t(type - 1)] == name)
-                return PictureSpec{model, type};
+                return PictureKind{model, type};
     return std::nullopt;
 }
 
@@ -185,9 +185,9 @@ void paintKey(QPainter& p, const Cap& cap, const Legend& legend, const Palette& 
     cutLegend(p, cap.face, legend, unit, wordSizes);
 }
 
-void paintKeyboard(QPainter& p, const PictureSpec& spec, const QSizeF& size)
+void paintKeyboard(QPainter& p, const PictureKind& kind, const QSizeF& size)
 {
-    const KeyboardModelLayout& model = *spec.model;
+    const KeyboardModelLayout& model = *kind.model;
     const QSizeF bounds(model.frame.width, model.frame.height);
     const auto keys = layoutKeys(*model.layout, *model.yPos, *model.sizes, {});
     std::vector<QRectF> rects;
@@ -207,7 +207,7 @@ void paintKeyboard(QPainter& p, const PictureSpec& spec, const QSizeF& size)
     const QRectF all(QPointF(0, 0), size);
     const qreal room = std::min({keysBox.left(), keysBox.top(), all.right() - keysBox.right(), all.bottom() - keysBox.bottom()});
     const qreal rim = std::min(room, 0.3 * unit);
-    const Palette pal = paletteFor(spec.colourType, model.keyboardLayout == 2);
+    const Palette pal = paletteFor(kind.colourType, model.keyboardLayout == 2);
     paintCase(p, keysBox.adjusted(-rim, -rim, rim, rim), pal, unit);
     for (size_t i = 0; i < keys.size(); ++i)
         paintKey(p, capOf(rects[i], unit), legendOf(keys[i].keyname), pal, unit, wordSizes);
@@ -230,7 +230,7 @@ void paintKeyMarker(QPainter& p, const QSizeF& size)
 
 bool KeyboardViewPicture::paints(const QString& name)
 {
-    return name == QLatin1String("key_bkg") || specFor(name).has_value();
+    return name == QLatin1String("key_bkg") || pictureKindFor(name).has_value();
 }
 
 QImage KeyboardViewPicture::render(const QString& name, const QSize& size, qreal devicePixelRatio)
@@ -243,8 +243,8 @@ QImage KeyboardViewPicture::render(const QString& name, const QSize& size, qreal
     QPainter p(&image);
     p.setRenderHint(QPainter::Antialiasing);
     p.setRenderHint(QPainter::TextAntialiasing);
-    if (const auto spec = specFor(name))
-        paintKeyboard(p, *spec, QSizeF(size));
+    if (const auto kind = pictureKindFor(name))
+        paintKeyboard(p, *kind, QSizeF(size));
     else
         paintKeyMarker(p, QSizeF(size));
     return image;

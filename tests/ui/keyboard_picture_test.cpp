@@ -33,7 +33,8 @@ protected:
     QString stored(const char* key) { return controller->localDB->getLocalData(kLocalOwner, key); }
     QColor keyColour(int index) { return view().keyView(index)->shownColor(); }
 
-    // Saves what the window shows when ORVANE_SCREENSHOT_DIR names a folder.
+    // Saves the picture and its colour selector as the window shows them,
+    // when ORVANE_SCREENSHOT_DIR names a folder.
     void screenshot(const QString& name)
     {
         const QString dir = qEnvironmentVariable("ORVANE_SCREENSHOT_DIR");
@@ -42,7 +43,7 @@ protected:
         QApplication::processEvents();
         QImageWriter writer(QDir(dir).filePath(name + ".png"));
         writer.setQuality(0);  // smallest file
-        writer.write(controller->grab().toImage().convertToFormat(QImage::Format_RGB888));
+        writer.write(controller->grab(QRect(195, 105, 700, 350)).toImage().convertToFormat(QImage::Format_RGB888));
     }
 
     testing_support::TempDataFolder data;
