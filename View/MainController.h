@@ -20,6 +20,7 @@
 #include <QTimer>
 #include <QWidget>
 
+#include <array>
 #include <atomic>
 #include <functional>
 #include <memory>
@@ -27,8 +28,11 @@
 #include <optional>
 #include <vector>
 
+class CaseColorButton;
 class DeviceSQLite;
 class ImageButton;
+class KeyboardView;
+struct KeyboardModelLayout;
 class LocalSQLite;
 struct StoreHealth;
 
@@ -91,6 +95,23 @@ public:
     // first one given; platform problems share the empty topic.
     void showProblem(const QString& message, const QString& topic = {});
 
+    // ---- Keyboard picture (MainControllerLayout, MainControllerKeyboard) ----
+    // Each builder loads the model's key maps, sets `keyboardLayout`, places
+    // the keys and shows the stored case colour; `keyboardType` is left to
+    // the caller.
+    void init61KLayout();
+    void init68KLayout();
+    void initCNC61KLayout();
+    void keyboard_color_select(int tag);
+    void resetKBColorRect(int tag);
+    void action_kbcolor_button(CaseColorButton* sender);
+    KeyboardView* orvane_keyboardctrl = nullptr;
+    QLabel* newKBLayout = nullptr;
+    CaseColorButton* kb_whitecolor_btn = nullptr;   // tag 200
+    CaseColorButton* kb_blackcolor_btn = nullptr;   // tag 201
+    CaseColorButton* kb_bluecolor_btn = nullptr;    // tag 202, CNC only
+    CaseColorButton* kb_purplecolor_btn = nullptr;  // tag 203, CNC only
+
     // Hands a sequence to the transport thread on the session's transport.
     // Does nothing without a session; false when nothing was handed over.
     bool submitSequence(ReportSequence sequence, TransportQueue::ReplyHandler onReply = {});
@@ -144,6 +165,14 @@ protected:
     void paintEvent(QPaintEvent* event) override;
 
 private:
+    // ---- Keyboard picture -------------------------------------------------
+    void initKeyboardPicture();
+    void runLayoutBuilder(int newKeyboardType);
+    void buildKeyboardLayout(const KeyboardModelLayout& model);
+    void setCaseColourButtonSelected(int tag);
+    std::array<CaseColorButton*, 4> caseColourButtons() const;
+    static int caseColourButtonX(int tag);
+
     Environment environment_;
 
     // Called with sessionMutex_ held: makes `device` the announced keyboard,

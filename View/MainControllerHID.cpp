@@ -6,6 +6,7 @@
 #include "Common/Globals.h"
 #include "Protocol/Command.h"
 #include "SQLite/DeviceSQLite.h"
+#include "View/KeyboardLayout/KeyCodeMaps.h"
 #include "View/control/ButtonView.h"
 
 #include <algorithm>
@@ -90,6 +91,7 @@ void MainController::ConnectDevice()
     if (!session_)
         return;
     setCurrentDevice(session_->deviceType);
+    fillFlagAndNormalKeys();
     initSQLite();
     if (!currentTransport() || !deviceDB)
         return;

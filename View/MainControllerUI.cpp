@@ -38,6 +38,8 @@ void MainController::InitUI()
         "QLabel { background: #fff4e5; color: #3d2a00; border: 1px solid #f0c36d; border-radius: 6px; padding: 8px 12px; }"));
     label_problem->hide();
     layoutProblems();
+
+    initKeyboardPicture();
 }
 
 void MainController::setCurrentDevice(int curDevType)
@@ -45,6 +47,7 @@ void MainController::setCurrentDevice(int curDevType)
     const int target = DeviceModel::keyboardTypeForDeviceType(curDevType);
     if (keyboardType == target)
         return;
+    runLayoutBuilder(target);
     keyboardType = target;
 }
 

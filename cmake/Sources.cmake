@@ -1,6 +1,6 @@
 # Each folder's sources are globbed so that adding a file never needs an edit
 # here; the platform backend is the one place where CMake picks by OS.
-set(_core_dirs Common HIDDevice Protocol Simulator SQLite Language HIDDevice/Platform HIDDevice/Platform/Virtual)
+set(_core_dirs Common HIDDevice Protocol Simulator SQLite Language View/KeyboardLayout HIDDevice/Platform HIDDevice/Platform/Virtual)
 set(ORVANE_CORE_SOURCES)
 foreach(dir IN LISTS _core_dirs)
   file(GLOB _files CONFIGURE_DEPENDS ${CMAKE_CURRENT_SOURCE_DIR}/${dir}/*.cpp ${CMAKE_CURRENT_SOURCE_DIR}/${dir}/*.h)
@@ -18,7 +18,7 @@ else()
   set(ORVANE_PLATFORM_LIBS)
 endif()
 
-set(_ui_dirs View View/control View/KeyboardLayout View/CustomMenu View/CustomWindow View/popover View/DataSource Keylogger)
+set(_ui_dirs View View/control View/CustomMenu View/CustomWindow View/popover View/DataSource Keylogger)
 set(ORVANE_UI_SOURCES ${CMAKE_CURRENT_SOURCE_DIR}/AppDelegate.cpp ${CMAKE_CURRENT_SOURCE_DIR}/AppDelegate.h)
 foreach(dir IN LISTS _ui_dirs)
   file(GLOB _files CONFIGURE_DEPENDS ${CMAKE_CURRENT_SOURCE_DIR}/${dir}/*.cpp ${CMAKE_CURRENT_SOURCE_DIR}/${dir}/*.h)

@@ -4,8 +4,19 @@
 // can stay as they are written.
 
 #include <QRect>
+#include <QRectF>
+#include <QSizeF>
 
 inline QRect flippedRect(int parentHeight, int x, int y, int w, int h)
 {
     return QRect(x, parentHeight - y - h, w, h);
+}
+
+// A rectangle in picture units (y upward, within `bounds`) as it shows in a
+// view of `viewSize` that scales those bounds to fill it.
+inline QRectF flippedRect(const QSizeF& bounds, const QSizeF& viewSize, const QRectF& r)
+{
+    const qreal sx = viewSize.width() / bounds.width();
+    const qreal sy = viewSize.height() / bounds.height();
+    return QRectF(r.x() * sx, (bounds.height() - r.y() - r.height()) * sy, r.width() * sx, r.height() * sy);
 }

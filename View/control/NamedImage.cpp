@@ -1,5 +1,7 @@
 #include "View/control/NamedImage.h"
 
+#include "View/control/KeyboardViewPicture.h"
+
 #include <QPainter>
 #include <QSvgRenderer>
 
@@ -9,6 +11,9 @@ QString pathOf(const QString& name) { return QStringLiteral(":/images/%1.svg").a
 
 QPixmap NamedImage::pixmap(const QString& name, const QSize& size, qreal devicePixelRatio)
 {
+    // The keyboard pictures are painted from the layout tables.
+    if (KeyboardViewPicture::paints(name))
+        return QPixmap::fromImage(KeyboardViewPicture::render(name, size, devicePixelRatio));
     QSvgRenderer renderer(pathOf(name));
     if (!renderer.isValid() || size.isEmpty())
         return {};

@@ -1,6 +1,7 @@
 #pragma once
 // Images by their resource name ("sys_btn_usb_n"), drawn as SVG under
-// :/images/. An unknown name gives a null pixmap.
+// :/images/, or painted in code (the keyboard pictures). An unknown name
+// gives a null pixmap.
 
 #include <QPixmap>
 #include <QSize>

@@ -1,0 +1,55 @@
+#pragma once
+// The plain views a KeyboardView stacks: the coloured square under each key
+// (KeyView), a named picture (PictureView) and the rubber band
+// (FrameSelectView). None of them takes pointer events; the keyboard view
+// handles those for all keys.
+
+#include <QColor>
+#include <QPixmap>
+#include <QWidget>
+
+// The colour under one key, seen through the key's windows in the picture.
+class KeyView : public QWidget {
+    Q_OBJECT
+public:
+    explicit KeyView(QWidget* parent = nullptr);
+
+    // Shown while the key has no colour of its own.
+    QColor backgroundColor = Qt::white;
+    // Black means "no colour of its own".
+    QColor keyColor = Qt::black;
+
+    void setKeyColor(const QColor& color);
+    void setBackgroundColor(const QColor& color);
+    QColor shownColor() const;
+
+protected:
+    void paintEvent(QPaintEvent* event) override;
+};
+
+// A named image (NamedImage) drawn to the view's size, sharp at any scale.
+class PictureView : public QWidget {
+    Q_OBJECT
+public:
+    explicit PictureView(QWidget* parent = nullptr);
+
+    void setImageName(const QString& name);
+    QString imageName() const { return name_; }
+
+protected:
+    void paintEvent(QPaintEvent* event) override;
+
+private:
+    QString name_;
+    QPixmap cache_;
+};
+
+// The rubber band: a dashed frame once it is larger than a few units.
+class FrameSelectView : public QWidget {
+    Q_OBJECT
+public:
+    explicit FrameSelectView(QWidget* parent = nullptr);
+
+protected:
+    void paintEvent(QPaintEvent* event) override;
+};

@@ -1,0 +1,150 @@
+#include "View/control/KeyboardView.h"
+
+#include "View/control/FlippedRect.h"
+#include "View/control/KeyView.h"
+#include "View/control/SelectKeyView.h"
+
+#include <QPainter>
+
+KeyboardView::KeyboardView(QWidget* parent) : QWidget(parent) {}
+
+void KeyboardView::setFrameOrigin(int x, int y)
+{
+    const int parentHeight = parentWidget() ? parentWidget()->height() : height();
+    move(flippedRect(parentHeight, x, y, width(), height()).topLeft());
+}
+
+void KeyboardView::setBoundsSize(const QSizeF& size)
+{
+    bounds_ = size;
+    placeChildren();
+}
+
+void KeyboardView::removeKeyboard()
+{
+    for (auto* keys : {&kbKeyArrayHover, &kbKeyArraySelect})
+        for (KeyData& key : *keys) {
+            delete key.view;  // the view is ours; the key forgets it
+            key.view = nullptr;
+        }
+    kbKeyArrayHover.clear();
+    kbKeyArraySelect.clear();
+    for (PictureView** picture : {&kbImageView, &kbNewView, &kbOldView}) {
+        delete *picture;
+        *picture = nullptr;
+    }
+    delete frameSelectView;
+    frameSelectView = nullptr;
+    keyGeometry_.clear();
+    isEvent = false;
+}
+
+void KeyboardView::initKeyboard(int type, const QString& kb_image, std::vector<KeyData> keyArray)
+{
+    removeKeyboard();
+    kbType = type;
+    kbKeyArrayHover = keyArray;
+    kbKeyArraySelect = std::move(keyArray);
+    isEvent = true;
+
+    for (KeyData& key : kbKeyArrayHover)
+        key.view = new KeyView(this);
+    kbImageView = new PictureView(this);
+    kbImageView->setObjectName(QStringLiteral("kbImageView"));
+    kbImageView->setImageName(kb_image);
+    // The slide's pictures join the view only while a slide runs.
+    kbNewView = new PictureView(this);
+    kbNewView->setImageName(kb_image);
+    kbNewView->hide();
+    kbOldView = new PictureView(this);
+    kbOldView->setImageName(kb_image);
+    kbOldView->hide();
+    for (KeyData& key : kbKeyArraySelect)
+        key.view = new SelectKeyView(this);
+    frameSelectView = new FrameSelectView(this);
+    frameSelectView->setGeometry(0, 0, 0, 0);
+
+    // Children stack in creation order: key colours, picture, markers, band.
+    placeChildren();
+    for (KeyData& key : kbKeyArrayHover)
+        key.view->show();
+    kbImageView->show();
+    for (KeyData& key : kbKeyArraySelect)
+        key.view->show();
+    frameSelectView->show();
+}
+
+void KeyboardView::placeChildren()
+{
+    keyGeometry_.clear();
+    if (bounds_.isEmpty())
+        return;
+    for (const KeyData& key : kbKeyArraySelect)
+        keyGeometry_.push_back(flippedRect(bounds_, QSizeF(size()), key.rect));
+    for (auto* keys : {&kbKeyArrayHover, &kbKeyArraySelect})
+        for (const KeyData& key : *keys)
+            if (key.view)
+                key.view->setGeometry(keyGeometry_[size_t(key.index)].toAlignedRect());
+    for (PictureView* picture : {kbImageView, kbNewView, kbOldView})
+        if (picture)
+            picture->setGeometry(rect());
+}
+
+void KeyboardView::resetKeyMacro()
+{
+    for (KeyData& key : kbKeyArraySelect)
+        if (const auto record = keyNameRecord(key.keyname))
+            key.keyMacro = record->full_name;
+}
+
+void KeyboardView::setKeyBackgroundColor(const QColor& color)
+{
+    for (const KeyData& key : kbKeyArrayHover)
+        if (auto* view = qobject_cast<KeyView*>(key.view))
+            view->setBackgroundColor(color);
+}
+
+std::optional<int> KeyboardView::hitTest(const QPointF& point) const
+{
+    for (size_t i = 0; i < keyGeometry_.size(); ++i)
+        if (keyGeometry_[i].contains(point))
+            return int(i);
+    return std::nullopt;
+}
+
+QRectF KeyboardView::keyGeometry(int index) const
+{
+    if (index < 0 || size_t(index) >= keyGeometry_.size())
+        return {};
+    return keyGeometry_[size_t(index)];
+}
+
+KeyView* KeyboardView::keyView(int index) const
+{
+    if (index < 0 || size_t(index) >= kbKeyArrayHover.size())
+        return nullptr;
+    return qobject_cast<KeyView*>(kbKeyArrayHover[size_t(index)].view);
+}
+
+SelectKeyView* KeyboardView::selectKeyView(int index) const
+{
+    if (index < 0 || size_t(index) >= kbKeyArraySelect.size())
+        return nullptr;
+    return qobject_cast<SelectKeyView*>(kbKeyArraySelect[size_t(index)].view);
+}
+
+void KeyboardView::resizeEvent(QResizeEvent*)
+{
+    placeChildren();
+}
+
+void KeyboardView::paintEvent(QPaintEvent*)
+{
+    if (frameSelect.width() <= 10 || frameSelect.height() <= 10)
+        return;
+    QPainter painter(this);
+    QPen pen(Qt::yellow, 3);
+    pen.setDashPattern({3, 1});
+    painter.setPen(pen);
+    painter.drawRect(frameSelect);
+}

@@ -1,0 +1,32 @@
+#include "View/control/SelectKeyView.h"
+
+#include "View/control/KeyView.h"
+
+SelectKeyView::SelectKeyView(QWidget* parent) : QWidget(parent)
+{
+    setAttribute(Qt::WA_TransparentForMouseEvents);
+}
+
+void SelectKeyView::ensureMarker()
+{
+    if (initView)
+        return;
+    imageView = new PictureView(this);
+    imageView->setImageName(QStringLiteral("key_bkg"));
+    imageView->setGeometry(rect());
+    imageView->hide();
+    initView = true;
+}
+
+void SelectKeyView::setKeyCheck(bool check)
+{
+    keyCheck = check;
+    ensureMarker();
+    imageView->setVisible(check);
+}
+
+void SelectKeyView::resizeEvent(QResizeEvent*)
+{
+    if (imageView)
+        imageView->setGeometry(rect());
+}
