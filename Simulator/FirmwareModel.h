@@ -18,6 +18,7 @@
 // the time of every report and serialises the calls (VirtualKeyboard does).
 
 #include "Protocol/Command.h"
+#include "Simulator/LightModeState.h"
 
 #include <QString>
 #include <QStringList>
@@ -71,6 +72,7 @@ public:
     int activeProfile() const { return activeProfile_; }
     const Block& keyTable(int profile) const;       // 576 bytes
     const Block& lightMode(int profile) const;      // the whole 64-byte report
+    std::optional<LightModeState> lightModeState(int profile) const;  // that report decoded
     const Block& systemSettings(int profile) const; // 64 bytes
     const Block& userLight(int slot) const;         // 576 bytes, target 128 + slot
     const Block& macroStore() const { return macroStore_; }  // n * 64 bytes

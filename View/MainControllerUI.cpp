@@ -2,6 +2,8 @@
 #include "View/MainController.h"
 
 #include "Common/DeviceModel.h"
+#include "Common/NotificationCenter.h"
+#include "View/LanguageSwitch.h"
 #include "View/control/ButtonView.h"
 #include "View/control/FlippedRect.h"
 
@@ -37,6 +39,16 @@ void MainController::InitUI()
     label_problem->setStyleSheet(QStringLiteral(
         "QLabel { background: #fff4e5; color: #3d2a00; border: 1px solid #f0c36d; border-radius: 6px; padding: 8px 12px; }"));
     label_problem->hide();
+
+    // Texts and the light page. The light page is the page on show until
+    // the function buttons come to switch pages.
+    useChineseCapableFont();
+    initLanguageButton();
+    initLightPage();
+    initLightTableData();
+    action_ligjhtmode_tab();
+    viewType = 2;
+    LanguageSwicth();
 }
 
 void MainController::setCurrentDevice(int curDevType)
@@ -47,7 +59,12 @@ void MainController::setCurrentDevice(int curDevType)
     keyboardType = target;
 }
 
-void MainController::registerNotification() {}
+void MainController::registerNotification()
+{
+    if (!menuItemObserver_)
+        menuItemObserver_ = NotificationCenter::defaultCenter().addObserver(
+            QStringLiteral("MenuItemMouseUpAction"), [this](const QVariant& o) { MenuItemMouseUpAction(o); }, this);
+}
 
 void MainController::showProblem(const QString& message)
 {

@@ -9,11 +9,10 @@
 #include "View/control/ButtonView.h"
 #include "support/HexBytes.h"
 #include "support/StoreTestSupport.h"
+#include "support/WaitUntil.h"
 
 #include <QApplication>
-#include <QElapsedTimer>
 #include <QFile>
-#include <QThread>
 #include <QTimer>
 #include <gtest/gtest.h>
 
@@ -21,19 +20,6 @@ using namespace testing_support;
 using Model = VirtualKeyboard::Model;
 
 namespace {
-
-bool waitUntil(const std::function<bool()>& condition, int timeoutMs = 5000)
-{
-    QElapsedTimer t;
-    t.start();
-    while (!condition()) {
-        if (t.elapsed() > timeoutMs)
-            return false;
-        QApplication::processEvents(QEventLoop::AllEvents, 5);
-        QThread::msleep(1);
-    }
-    return true;
-}
 
 class Session : public ::testing::Test {
 protected:
