@@ -136,6 +136,13 @@ TEST_F(LightPage, AStoredModeIsMarkedAndSentAndAnUnreadableOneRunsEffect1)
     settle();
     EXPECT_EQ(markedRows(), std::vector<int>{0});
     EXPECT_EQ(running(1)->mode, 1);
+
+    // The effect always goes to the profile in use.
+    controller->currentLightMode = 9;
+    controller->setHFDBackLightData(4);
+    settle();
+    EXPECT_EQ(running(1)->mode, 9);
+    EXPECT_EQ(running(4), std::nullopt);
 }
 
 TEST_F(LightPage, TheLanguageMenuRelabelsEveryTextStoresTheChoiceAndSendsNothing)
@@ -177,7 +184,7 @@ TEST_F(LightPage, TheLanguageMenuRelabelsEveryTextStoresTheChoiceAndSendsNothing
     layout.endLayout();
     const auto runs = layout.glyphRuns();
     ASSERT_FALSE(runs.isEmpty());
-    EXPECT_EQ(runs.first().rawFont().familyName(), "Noto Sans CJK SC");
+    EXPECT_EQ(runs.first().rawFont().familyName().toStdString(), "Noto Sans CJK SC");
     EXPECT_LE(name->sizeHint().width(), name->width());
 
     // A second command within a second is dropped.
