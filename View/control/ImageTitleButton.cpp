@@ -24,9 +24,7 @@ void ImageTitleButton::setTitleTextColor(const QColor& color)
 void ImageTitleButton::paintEvent(QPaintEvent*)
 {
     QPainter painter(this);
-    const QPixmap pm = NamedImage::pixmap(image_, size(), devicePixelRatioF());
-    if (!pm.isNull())
-        painter.drawPixmap(0, 0, pm);
+    NamedImage::paintFill(painter, *this, image_);
     painter.setPen(titleColor_);
     painter.setFont(font());
     painter.drawText(rect(), Qt::AlignCenter, text());

@@ -30,7 +30,7 @@ void LightTableItemView::initView(const QString& icon_n, const QString& icon_h, 
     textView = new QLabel(text, this);
     textView->setGeometry(flippedRect(kRowHeight, 65, 7, 100, 16));
     textView->setAlignment(Qt::AlignLeft | Qt::AlignVCenter);
-    setTextColor(Theme::lightRowText());
+    Theme::setTextColor(textView, Theme::lightRowText());
     showIcon(normal_icon);
 }
 
@@ -44,14 +44,14 @@ void LightTableItemView::setSelect(bool bCheck)
 void LightTableItemView::enterEvent(QEnterEvent* event)
 {
     showIcon(isSelect ? select_icon : hover_icon);
-    setTextColor(Theme::hoverBlue());
+    Theme::setTextColor(textView, Theme::hoverBlue());
     QWidget::enterEvent(event);
 }
 
 void LightTableItemView::leaveEvent(QEvent* event)
 {
     showIcon(isSelect ? select_icon : normal_icon);
-    setTextColor(Theme::lightRowText());
+    Theme::setTextColor(textView, Theme::lightRowText());
     QWidget::leaveEvent(event);
 }
 
@@ -70,13 +70,4 @@ void LightTableItemView::showIcon(const QString& name)
 {
     if (iconView)
         iconView->setImageName(name);
-}
-
-void LightTableItemView::setTextColor(const QColor& color)
-{
-    if (!textView)
-        return;
-    QPalette pal = textView->palette();
-    pal.setColor(QPalette::WindowText, color);
-    textView->setPalette(pal);
 }

@@ -42,5 +42,4 @@ protected:
 
 private:
     void showIcon(const QString& name);
-    void setTextColor(const QColor& color);
 };

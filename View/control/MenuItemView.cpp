@@ -34,7 +34,7 @@ void MenuIconItem::initIconAndText(const QString& icon_normal, const QString& ic
         textView = new QLabel(this);
         textView->setAlignment(Qt::AlignLeft | Qt::AlignVCenter);
         textView->setAttribute(Qt::WA_TransparentForMouseEvents);
-        setTextColor(Theme::normalText());
+        Theme::setTextColor(textView, Theme::normalText());
     }
     iconView->setGeometry(iconFrame());
     iconView->setImageName(icon_normal_name);
@@ -51,7 +51,7 @@ void MenuIconItem::enterEvent(QEnterEvent* event)
     // A row given no hover icon keeps its icon.
     if (iconView)
         iconView->setImageName(icon_hover_name.isEmpty() ? icon_normal_name : icon_hover_name);
-    setTextColor(Qt::white);
+    Theme::setTextColor(textView, Qt::white);
     update();
     QAbstractButton::enterEvent(event);
 }
@@ -61,27 +61,15 @@ void MenuIconItem::leaveEvent(QEvent* event)
     cur_normal_name.clear();
     if (iconView)
         iconView->setImageName(icon_normal_name);
-    setTextColor(Theme::normalText());
+    Theme::setTextColor(textView, Theme::normalText());
     update();
     QAbstractButton::leaveEvent(event);
 }
 
 void MenuIconItem::paintEvent(QPaintEvent*)
 {
-    const QPixmap pm = NamedImage::pixmap(cur_normal_name, size(), devicePixelRatioF());
-    if (pm.isNull())
-        return;
     QPainter painter(this);
-    painter.drawPixmap(0, 0, pm);
-}
-
-void MenuIconItem::setTextColor(const QColor& color)
-{
-    if (!textView)
-        return;
-    QPalette pal = textView->palette();
-    pal.setColor(QPalette::WindowText, color);
-    textView->setPalette(pal);
+    NamedImage::paintFill(painter, *this, cur_normal_name);
 }
 
 void LanguageMenuIconItem::initIconAndText(const QString& icon_normal, const QString& icon_hover, const QString& title)

@@ -33,9 +33,6 @@ protected:
     void enterEvent(QEnterEvent* event) override;
     void leaveEvent(QEvent* event) override;
     void paintEvent(QPaintEvent* event) override;
-
-private:
-    void setTextColor(const QColor& color);
 };
 
 // A row of the language menu. A click (on release) posts

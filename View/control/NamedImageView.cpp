@@ -20,9 +20,6 @@ void NamedImageView::setImageName(const QString& name)
 
 void NamedImageView::paintEvent(QPaintEvent*)
 {
-    const QPixmap pm = NamedImage::pixmap(name_, size(), devicePixelRatioF());
-    if (pm.isNull())
-        return;
     QPainter painter(this);
-    painter.drawPixmap(0, 0, pm);
+    NamedImage::paintFill(painter, *this, name_);
 }

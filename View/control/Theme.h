@@ -2,6 +2,8 @@
 // The colours of the interface, in one place.
 
 #include <QColor>
+#include <QLabel>
+#include <QPalette>
 
 namespace Theme {
 // Near-black text on light panels.
@@ -14,4 +16,14 @@ inline QColor panel() { return QColor(0xff, 0xff, 0xff); }
 inline QColor panelBorder() { return QColor(0xe3, 0xe6, 0xea); }
 // Behind the row of the effect in force.
 inline QColor selectedRow() { return QColor(0xe9, 0xf4, 0xff); }
+
+// The colour of a label's text, kept in its palette.
+inline void setTextColor(QLabel* label, const QColor& color)
+{
+    if (!label)
+        return;
+    QPalette pal = label->palette();
+    pal.setColor(QPalette::WindowText, color);
+    label->setPalette(pal);
+}
 }  // namespace Theme
