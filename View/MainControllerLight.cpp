@@ -135,7 +135,8 @@ void MainController::tableViewSelectionDidChange(QListWidget* tableView)
 {
     if (tableView != light_mode_table)
         return;
-    const int row = tableView->currentRow();
+    const QModelIndexList selected = tableView->selectionModel()->selectedIndexes();
+    const int row = selected.isEmpty() ? -1 : selected.first().row();
     if (row < 0 || row >= light_mode_datas.size())
         return;
     const QVariantMap data = light_mode_datas.at(row);
