@@ -22,6 +22,7 @@
 
 #include "Protocol/Command.h"
 #include "Simulator/KeyboardState.h"
+#include "Simulator/LightModeState.h"
 
 #include <QString>
 #include <QStringList>
@@ -80,6 +81,7 @@ public:
     int activeProfile() const { return state_.activeProfile; }
     const Block& keyTable(int profile) const;       // 576 bytes
     const Block& lightMode(int profile) const;      // the whole 64-byte report
+    std::optional<LightModeState> lightModeState(int profile) const;  // that report decoded
     const Block& systemSettings(int profile) const; // 64 bytes
     const Block& userLight(int slot) const;         // 576 bytes, target 128 + slot
     const Block& macroStore() const { return state_.macroStore; }  // n * 64 bytes

@@ -9,7 +9,9 @@
 // profile chosen on the keyboard itself. Uploads are built here on the main
 // thread and executed by the transport thread. The code is split by topic:
 // MainControllerHID (connection), MainControllerSQLite (stores),
-// MainControllerProfile (poll and profile), MainControllerUI (window).
+// MainControllerProfile (poll and profile), MainControllerUI (window),
+// LanguageSwitch (texts and the language menu), MainControllerSystem (menu
+// commands), MainControllerLight (the built-in light effects).
 
 #include "HIDDevice/DeviceComm.h"
 #include "HIDDevice/HIDDevice.h"
@@ -17,11 +19,14 @@
 #include "HIDDevice/TransportQueue.h"
 
 #include <QLabel>
+#include <QList>
 #include <QTimer>
+#include <QVariantMap>
 #include <QWidget>
 
 #include <array>
 #include <atomic>
+#include <cstdint>
 #include <functional>
 #include <memory>
 #include <mutex>
@@ -31,9 +36,13 @@
 class CaseColorButton;
 class DeviceSQLite;
 class ImageButton;
+class ImageTitleButton;
 class KeyboardView;
 struct KeyboardModelLayout;
+class LanguagePopoverViewController;
+class LightTableItemView;
 class LocalSQLite;
+class QListWidget;
 struct StoreHealth;
 
 class MainController : public QWidget {
@@ -159,6 +168,36 @@ public:
     ImageButton* imgbtn_usb = nullptr;
     QLabel* label_problem = nullptr;
 
+    // ---- Texts, language menu and light page (LanguageSwitch,
+    //      MainControllerSystem, MainControllerLight) -----------------------
+    void LanguageSwicth();
+    void initLanguageButton();
+    void action_language();
+    void switchLanguage(int language);  // 1033 or 2052: stored, shown, applied
+    void MenuItemMouseUpAction(const QVariant& object);
+    void SystemMenuMsg(int msgId);
+
+    void initLightPage();  // builds light_view and userlight_view
+    void initLightTableData();
+    void loadBacklightData();
+    void resetLightModeTableView();
+    void setHFDBackLightData(int profile);
+    void tableViewSelectionDidChange(QListWidget* tableView);
+    LightTableItemView* lightModeRowView(int row);  // made if needed
+    void action_ligjhtmode_tab();
+    void action_userlightmode_tab();
+
+    ImageButton* imgbtn_language = nullptr;
+    LanguagePopoverViewController* languagePopover = nullptr;  // made on first use
+    QWidget* light_view = nullptr;
+    QWidget* userlight_view = nullptr;
+    ImageTitleButton* light_mode_tab = nullptr;
+    ImageTitleButton* customlight_mode_tab = nullptr;
+    QListWidget* light_mode_table = nullptr;       // identifier "lightmode"
+    QWidget* light_mode_scrollview = nullptr;      // the list scrolls by itself: the same widget
+    QList<QVariantMap> light_mode_datas;           // "icon_n", "icon_h", "icon_s", "text", "mode"
+    bool userlightmode_show = false;
+
 protected:
     void showEvent(QShowEvent* event) override;
     void hideEvent(QHideEvent* event) override;
@@ -204,4 +243,5 @@ private:
     QStringList problemTopics_;
     QStringList problems_;
     void layoutProblems();
+    std::uint64_t menuItemObserver_ = 0;  // "MenuItemMouseUpAction", added once
 };

@@ -66,4 +66,5 @@ void MainController::swicthProfile(int profileId)
     if (deviceDB)
         deviceDB->updateConfigData(1, QStringLiteral("currentProfile"), QString::number(profileId));
     currentProfile = profileId;
+    loadBacklightData();
 }

@@ -2,6 +2,8 @@
 #include "View/MainController.h"
 
 #include "Common/DeviceModel.h"
+#include "Common/NotificationCenter.h"
+#include "View/LanguageSwitch.h"
 #include "View/control/ButtonView.h"
 #include "View/control/FlippedRect.h"
 
@@ -40,6 +42,16 @@ void MainController::InitUI()
     layoutProblems();
 
     initKeyboardPicture();
+
+    // Texts and the light page. The light page is the page on show until
+    // the function buttons come to switch pages.
+    useChineseCapableFont();
+    initLanguageButton();
+    initLightPage();
+    initLightTableData();
+    action_ligjhtmode_tab();
+    viewType = 2;
+    LanguageSwicth();
 }
 
 void MainController::setCurrentDevice(int curDevType)
@@ -51,7 +63,12 @@ void MainController::setCurrentDevice(int curDevType)
     keyboardType = target;
 }
 
-void MainController::registerNotification() {}
+void MainController::registerNotification()
+{
+    if (!menuItemObserver_)
+        menuItemObserver_ = NotificationCenter::defaultCenter().addObserver(
+            QStringLiteral("MenuItemMouseUpAction"), [this](const QVariant& o) { MenuItemMouseUpAction(o); }, this);
+}
 
 void MainController::showProblem(const QString& message, const QString& topic)
 {

@@ -4,6 +4,7 @@
 
 #include <QPainter>
 #include <QSvgRenderer>
+#include <QWidget>
 
 namespace {
 QString pathOf(const QString& name) { return QStringLiteral(":/images/%1.svg").arg(name); }
@@ -23,4 +24,11 @@ QPixmap NamedImage::pixmap(const QString& name, const QSize& size, qreal deviceP
     QPainter painter(&pm);
     renderer.render(&painter, QRectF(QPointF(0, 0), QSizeF(size)));
     return pm;
+}
+
+void NamedImage::paintFill(QPainter& painter, const QWidget& widget, const QString& name)
+{
+    const QPixmap pm = pixmap(name, widget.size(), widget.devicePixelRatioF());
+    if (!pm.isNull())
+        painter.drawPixmap(0, 0, pm);
 }

@@ -7,6 +7,11 @@
 #include <QSize>
 #include <QString>
 
+class QPainter;
+class QWidget;
+
 namespace NamedImage {
 QPixmap pixmap(const QString& name, const QSize& size, qreal devicePixelRatio = 1.0);
+// Draws the image over the whole of `widget`, at the widget's screen scale.
+void paintFill(QPainter& painter, const QWidget& widget, const QString& name);
 }  // namespace NamedImage

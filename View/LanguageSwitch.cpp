@@ -1,0 +1,100 @@
+// The language in force: the language button and menu, and bringing every
+// text on screen up to the language.
+#include "View/LanguageSwitch.h"
+
+#include "Common/Globals.h"
+#include "Language/Language.h"
+#include "SQLite/LocalSQLite.h"
+#include "View/MainController.h"
+#include "View/control/ButtonView.h"
+#include "View/control/FlippedRect.h"
+#include "View/control/ImageTitleButton.h"
+#include "View/popover/LanguagePopoverViewController.h"
+
+#include <QApplication>
+#include <QFont>
+
+namespace {
+
+constexpr LabelledControl kLabelledControls[] = {
+    {"func_keyset", 520},
+    {"func_light", 521},
+    {"func_set", 522},
+    {"func_store", 525},
+    {"newKBLayout", 10},
+    {"label_macro_caption", 350},
+    {"btn_macro_newmacro", 350},
+    {"light_mode_tab", 200},
+    {"customlight_mode_tab", 571},
+    {"label_sys_caption", 590},
+    {"label_lock_win", 591},
+    {"label_lock_alttab", 592},
+    {"label_lock_altf4", 593},
+};
+
+const QString kChineseFamily = QStringLiteral("Noto Sans CJK SC");
+
+QString languageButtonImage(bool hover)
+{
+    const QString stem = G_Language == kLanguageChinese ? QStringLiteral("sys_btn_cn") : QStringLiteral("sys_btn_en");
+    return stem + (hover ? QStringLiteral("_h") : QStringLiteral("_n"));
+}
+
+}  // namespace
+
+std::span<const LabelledControl> labelledControls() { return kLabelledControls; }
+
+void useChineseCapableFont()
+{
+    QFont font = QApplication::font();
+    QStringList families = font.families();
+    if (families.isEmpty())
+        families << font.family();
+    if (families.contains(kChineseFamily))
+        return;
+    families << kChineseFamily;
+    font.setFamilies(families);
+    QApplication::setFont(font);
+}
+
+void MainController::initLanguageButton()
+{
+    imgbtn_language = new ImageButton(this);
+    imgbtn_language->setObjectName(QStringLiteral("imgbtn_language"));
+    imgbtn_language->setGeometry(flippedRect(kWindowHeight, 984, 684, 24, 24));
+    imgbtn_language->initControl(languageButtonImage(false), languageButtonImage(true));
+    connect(imgbtn_language, &QAbstractButton::clicked, this, &MainController::action_language);
+}
+
+void MainController::action_language()
+{
+    if (!languagePopover)
+        languagePopover = new LanguagePopoverViewController(this);
+    languagePopover->showBelow(imgbtn_language);
+}
+
+void MainController::switchLanguage(int language)
+{
+    G_Language = language;
+    if (localDB && localDB->db) {
+        const QString tag = language == kLanguageChinese ? QStringLiteral("zh-Hans-CN") : QStringLiteral("en-US");
+        localDB->updateLocalData(QString::fromLatin1(kLocalOwner), QStringLiteral("language"), tag);
+    }
+    imgbtn_language->initControl(languageButtonImage(false), languageButtonImage(true));
+    LanguageSwicth();
+}
+
+void MainController::LanguageSwicth()
+{
+    if (auto* profile = findChild<QWidget*>(QStringLiteral("imgbtn_profile")); profile && profileTextId(currentProfile))
+        profile->setProperty("text", languageText(profileTextId(currentProfile)));
+    for (const LabelledControl& control : kLabelledControls) {
+        if (auto* widget = findChild<QWidget*>(QString::fromLatin1(control.objectName)))
+            widget->setProperty("text", languageText(control.textId));
+    }
+    if (light_mode_tab)
+        light_mode_tab->setTitleTextColor(Qt::black);
+    if (customlight_mode_tab)
+        customlight_mode_tab->setTitleTextColor(Qt::black);
+    initLightTableData();
+}

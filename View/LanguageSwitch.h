@@ -1,0 +1,19 @@
+#pragma once
+// The controls whose text follows the language, and the font that renders
+// Chinese.
+
+#include <span>
+
+struct LabelledControl {
+    const char* objectName;
+    int textId;
+};
+
+// In the order a switch sets them. A control shows its text through its
+// "text" property; one that is not built yet is passed over.
+std::span<const LabelledControl> labelledControls();
+
+// Adds the simplified Chinese face behind the interface font, so Chinese
+// text is drawn with it rather than whichever CJK face the system would pick
+// first (often the Japanese one, whose forms differ).
+void useChineseCapableFont();

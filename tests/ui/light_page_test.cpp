@@ -1,0 +1,223 @@
+// The light page and the language switch on a connected virtual keyboard.
+#include "Common/Globals.h"
+#include "Common/LightModeCatalogue.h"
+#include "HIDDevice/Platform/Virtual/VirtualHidManager.h"
+#include "Language/Language.h"
+#include "SQLite/DeviceSQLite.h"
+#include "SQLite/LocalSQLite.h"
+#include "Simulator/VirtualKeyboard.h"
+#include "View/LanguageSwitch.h"
+#include "View/MainController.h"
+#include "View/control/ButtonView.h"
+#include "View/control/LightTableItemView.h"
+#include "View/control/MenuItemView.h"
+#include "View/control/NamedImage.h"
+#include "View/popover/LanguagePopoverViewController.h"
+#include "support/HexBytes.h"
+#include "support/StoreTestSupport.h"
+#include "support/WaitUntil.h"
+
+#include <QListWidget>
+#include <QTest>
+#include <QTextLayout>
+#include <gtest/gtest.h>
+
+using namespace testing_support;
+using Kind = LightModeState::Kind;
+
+namespace {
+
+class LightPage : public ::testing::Test {
+protected:
+    void SetUp() override
+    {
+        G_Language = kLanguageEnglish;
+        MainController::Environment env;
+        env.hidManagerFactory = [bus = bus] { return std::make_unique<VirtualHidManager>(bus); };
+        controller = std::make_unique<MainController>(env);
+        controller->viewDidLoad();
+        controller->show();
+    }
+
+    void plug()
+    {
+        bus->plug(keyboard);
+        ASSERT_TRUE(waitUntil([&] { return controller->currentTransport() && !controller->hidcomm_busy; }));
+    }
+
+    void settle() { ASSERT_TRUE(controller->transport().waitForIdle(std::chrono::seconds(5))); }
+
+    void clickRow(int row)
+    {
+        QWidget* view = controller->lightModeRowView(row);
+        QTest::mouseClick(view, Qt::LeftButton, {}, QPoint(100, 15));
+        settle();
+    }
+
+    std::vector<int> markedRows()
+    {
+        std::vector<int> rows;
+        for (int row = 0; row < controller->light_mode_table->count(); ++row)
+            if (controller->lightModeRowView(row)->isSelect)
+                rows.push_back(row);
+        return rows;
+    }
+
+    std::optional<LightModeState> running(int profile) { return keyboard->firmware().lightModeState(profile); }
+
+    TempDataFolder data;
+    std::shared_ptr<VirtualBus> bus = std::make_shared<VirtualBus>();
+    std::shared_ptr<VirtualKeyboard> keyboard = std::make_shared<VirtualKeyboard>(VirtualKeyboard::Model::M61);
+    std::unique_ptr<MainController> controller;
+};
+
+std::string frameHex(const TraceRecord& r) { return hexFromBytes({r.data.begin(), r.data.end()}); }
+
+}  // namespace
+
+TEST_F(LightPage, ConnectionSendsTheStoredEffectOfTheProfileAsFiveWholeFrames)
+{
+    plug();
+    std::vector<std::string> sets;
+    for (const TraceRecord& r : keyboard->recentTrace())
+        if (r.op == TraceRecord::Op::Set)
+            sets.push_back(frameHex(r));
+    const std::vector<std::string> expected{
+        hexFromBytes(report({0x04, 0x18})),
+        hexFromBytes(report({0x04, 0x13, 0x01, 0, 0, 0, 0, 0, 0x01})),
+        hexFromBytes(report({0x01, 0, 0, 0xff, 0xff, 0, 0x0f, 0x07, 0x01, 0x0f, 0x0f, 0, 0, 0, 0xaa, 0x55})),
+        hexFromBytes(report({0x04, 0x02, 0x01})),
+        hexFromBytes(report({0x04, 0xf0, 0x01})),
+    };
+    EXPECT_EQ(sets, expected);
+    EXPECT_EQ(markedRows(), std::vector<int>{0});
+    EXPECT_TRUE(keyboard->protocolErrors().isEmpty()) << keyboard->protocolErrors().join("\n").toStdString();
+}
+
+TEST_F(LightPage, PickingEffect32InProfile2ChangesProfile2OnlyAndIsStored)
+{
+    plug();
+    keyboard->setActiveProfile(2);
+    controller->pollKeyboardProfile();
+    settle();
+    ASSERT_EQ(controller->currentProfile, 2);
+
+    clickRow(15);
+    EXPECT_EQ(running(2), (LightModeState{Kind::BuiltIn, 32, true}));
+    EXPECT_EQ(running(1), (LightModeState{Kind::BuiltIn, 1, true}));
+    EXPECT_EQ(controller->deviceDB->getConfigData(2, "currentLightMode"), "32");
+    EXPECT_EQ(controller->deviceDB->getConfigData(1, "currentLightMode"), "1");
+    EXPECT_EQ(markedRows(), std::vector<int>{15});
+    EXPECT_EQ(controller->lightModeRowView(15)->shownIconName(), "icon_light_shuttle_s");
+
+    // Without a keyboard the choice is stored and nothing goes out.
+    bus->unplug(keyboard);
+    ASSERT_TRUE(waitUntil([&] { return !controller->connectedDevice(); }));
+    const int sets = keyboard->setCount();
+    clickRow(3);
+    EXPECT_EQ(controller->deviceDB->getConfigData(2, "currentLightMode"), "4");
+    EXPECT_EQ(controller->currentLightMode, 4);
+    EXPECT_EQ(keyboard->setCount(), sets);
+    EXPECT_FALSE(controller->hidcomm_busy);
+}
+
+TEST_F(LightPage, AStoredModeIsMarkedAndSentAndAnUnreadableOneRunsEffect1)
+{
+    plug();
+    bus->unplug(keyboard);
+    ASSERT_TRUE(waitUntil([&] { return !controller->connectedDevice(); }));
+    controller->deviceDB->updateConfigData(1, "currentLightMode", "32");
+    plug();
+    EXPECT_EQ(markedRows(), std::vector<int>{15});
+    EXPECT_EQ(running(1)->mode, 32);
+
+    controller->deviceDB->updateConfigData(1, "currentLightMode", "x7");
+    controller->swicthProfile(1);
+    settle();
+    EXPECT_EQ(markedRows(), std::vector<int>{0});
+    EXPECT_EQ(running(1)->mode, 1);
+
+    // The effect always goes to the profile in use.
+    controller->currentLightMode = 9;
+    controller->setHFDBackLightData(4);
+    settle();
+    EXPECT_EQ(running(1)->mode, 9);
+    EXPECT_EQ(running(4), std::nullopt);
+}
+
+TEST_F(LightPage, TheLanguageMenuRelabelsEveryTextStoresTheChoiceAndSendsNothing)
+{
+    plug();
+    clickRow(6);
+    const int sets = keyboard->setCount();
+    controller->timetickcount = 0;
+
+    QTest::mouseClick(controller->imgbtn_language, Qt::LeftButton);
+    ASSERT_TRUE(controller->languagePopover && controller->languagePopover->isVisible());
+    EXPECT_EQ(controller->languagePopover->lan2052MenuItem->iconView->imageName(), "icon_lan_1033");
+    EXPECT_EQ(controller->languagePopover->lan1033MenuItem->iconView->imageName(), "icon_lan_2052");
+    QTest::mouseClick(controller->languagePopover->lan2052MenuItem, Qt::LeftButton);
+
+    EXPECT_EQ(G_Language, kLanguageChinese);
+    EXPECT_FALSE(controller->languagePopover->isVisible());
+    EXPECT_EQ(controller->imgbtn_language->cur_normal_name, "sys_btn_cn_n");
+    EXPECT_EQ(controller->localDB->getLocalData("orvane", "language"), "zh-Hans-CN");
+    int labelled = 0;
+    for (const LabelledControl& c : labelledControls()) {
+        if (auto* w = controller->findChild<QWidget*>(c.objectName)) {
+            EXPECT_EQ(w->property("text").toString(), CHSLanguage::getLan(c.textId)) << c.objectName;
+            ++labelled;
+        }
+    }
+    EXPECT_GE(labelled, 2);
+    for (int row = 0; row < kLightModeRows; ++row)
+        EXPECT_EQ(controller->lightModeRowView(row)->textView->text(),
+                  CHSLanguage::getLan(lightModeCatalogue()[row].textId));
+    EXPECT_EQ(markedRows(), std::vector<int>{6});
+    EXPECT_EQ(keyboard->setCount(), sets);
+
+    // Chinese is drawn with the simplified Chinese face, and fits its row.
+    QLabel* name = controller->lightModeRowView(4)->textView;
+    QTextLayout layout(name->text(), name->font());
+    layout.beginLayout();
+    layout.createLine();
+    layout.endLayout();
+    const auto runs = layout.glyphRuns();
+    ASSERT_FALSE(runs.isEmpty());
+    EXPECT_EQ(runs.first().rawFont().familyName().toStdString(), "Noto Sans CJK SC");
+    EXPECT_LE(name->sizeHint().width(), name->width());
+
+    // A second command within a second is dropped.
+    QTest::mouseClick(controller->imgbtn_language, Qt::LeftButton);
+    QTest::mouseClick(controller->languagePopover->lan1033MenuItem, Qt::LeftButton);
+    EXPECT_EQ(G_Language, kLanguageChinese);
+}
+
+TEST(LightRow, KeepsItsSelectedIconUnderThePointerAndIgnoresASecondInit)
+{
+    LightTableItemView row;
+    row.resize(200, LightTableItemView::kRowHeight);
+    row.initView("icon_light_tilt_n", "icon_light_tilt_h", "icon_light_tilt_s", "Pointing");
+    row.initView("a", "b", "c", "Other");
+    EXPECT_EQ(row.textView->text(), "Pointing");
+
+    QEnterEvent enter(QPointF(5, 5), QPointF(5, 5), QPointF(5, 5));
+    QEvent leave(QEvent::Leave);
+    QApplication::sendEvent(&row, &enter);
+    EXPECT_EQ(row.shownIconName(), "icon_light_tilt_h");
+    row.setSelect(true);
+    QApplication::sendEvent(&row, &leave);
+    QApplication::sendEvent(&row, &enter);
+    EXPECT_EQ(row.shownIconName(), "icon_light_tilt_s");
+    EXPECT_EQ(row.textView->palette().color(QPalette::WindowText), QColor::fromRgbF(0.2235294117647059f, 0.6470588235294118f, 1.0f));
+}
+
+TEST(LightImages, EveryNamedImageOfThePageAndTheLanguageMenuExists)
+{
+    QStringList names{"tab_light", "tab_light_check", "icon_lan_1033", "icon_lan_2052", "menu_row_hover",
+                      "sys_btn_en_n", "sys_btn_en_h", "sys_btn_cn_n", "sys_btn_cn_h"};
+    for (const LightModeEntry& e : lightModeCatalogue())
+        names << e.iconNormal() << e.iconHover() << e.iconSelected();
+    for (const QString& name : names)
+        EXPECT_FALSE(NamedImage::pixmap(name, QSize(15, 15), 2.0).isNull()) << name.toStdString();
+}
