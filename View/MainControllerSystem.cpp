@@ -2,6 +2,7 @@
 // the controller acts on their ids here.
 #include "View/MainController.h"
 
+#include "Common/Globals.h"
 #include "SQLite/LocalSQLite.h"
 #include "View/popover/LanguagePopoverViewController.h"
 

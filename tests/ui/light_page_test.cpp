@@ -42,7 +42,7 @@ protected:
     void plug()
     {
         bus->plug(keyboard);
-        ASSERT_TRUE(waitUntil([&] { return controller->currentTransport() && !controller->hidcomm_busy; }));
+        ASSERT_TRUE(waitUntil([&] { return controller->currentTransport() && !controller->hidcomm_busy(); }));
     }
 
     void settle() { ASSERT_TRUE(controller->transport().waitForIdle(std::chrono::seconds(5))); }
@@ -118,7 +118,7 @@ TEST_F(LightPage, PickingEffect32InProfile2ChangesProfile2OnlyAndIsStored)
     EXPECT_EQ(controller->deviceDB->getConfigData(2, "currentLightMode"), "4");
     EXPECT_EQ(controller->currentLightMode, 4);
     EXPECT_EQ(keyboard->setCount(), sets);
-    EXPECT_FALSE(controller->hidcomm_busy);
+    EXPECT_FALSE(controller->hidcomm_busy());
 }
 
 TEST_F(LightPage, AStoredModeIsMarkedAndSentAndAnUnreadableOneRunsEffect1)
