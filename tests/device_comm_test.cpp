@@ -6,11 +6,9 @@
 #include <gtest/gtest.h>
 
 using namespace testing_support;
-using std::chrono::milliseconds;
+using Log = std::vector<std::string>;
 
 namespace {
-
-constexpr milliseconds kDelay{10};
 
 struct Rig {
     std::shared_ptr<ScriptedHidDevice> device = std::make_shared<ScriptedHidDevice>();
@@ -18,7 +16,24 @@ struct Rig {
 };
 
 std::vector<uint8_t> frame65(std::initializer_list<uint8_t> leading) { return report(leading, 65); }
-std::vector<uint8_t> first64(const std::vector<uint8_t>& v) { return {v.begin(), v.begin() + 64}; }
+std::vector<uint8_t> slice(const std::vector<uint8_t>& v, std::size_t from = 0)
+{
+    return {v.begin() + from, v.begin() + from + 64};
+}
+// Every step comes 10 ms after the one before it.
+Log sent(const std::vector<uint8_t>& bytes) { return {"pause 10", "set " + hexFromBytes(bytes)}; }
+Log exchanged(const std::vector<uint8_t>& bytes, int times = 1)
+{
+    Log log;
+    while (times-- > 0)
+        log.insert(log.end(), {"pause 10", "set " + hexFromBytes(bytes), "pause 10", "get"});
+    return log;
+}
+Log operator+(Log a, const Log& b)
+{
+    a.insert(a.end(), b.begin(), b.end());
+    return a;
+}
 
 // A numbered payload so that a report taken from the wrong offset shows.
 std::vector<uint8_t> numbered(std::size_t size)
@@ -29,84 +44,60 @@ std::vector<uint8_t> numbered(std::size_t size)
     return v;
 }
 
-std::vector<uint8_t> slice(const std::vector<uint8_t>& v, std::size_t from) { return {v.begin() + from, v.begin() + from + 64}; }
-
 }  // namespace
 
 TEST(DeviceCommExchange, OneSetAndOneReadWhenTheReplyDoesNotAskForARepeat)
 {
-    for (uint8_t status : {uint8_t{0x00}, uint8_t{0x01}, uint8_t{0xFE}}) {
+    for (uint8_t status : {0x00, 0x01, 0xFE}) {
         Rig rig;
-        const auto request = frame65({0x04, 0x18});
-        rig.device->expectSleep(kDelay).expectSet(first64(request)).expectSleep(kDelay).expectGet(report({0x04, 0x18, 0, status}));
-        EXPECT_TRUE(rig.comm.sendDeviceData(request));
-        EXPECT_EQ(hexFromBytes(request), hexFromBytes(frame65({0x04, 0x18}))) << "the caller's buffer is not changed";
+        rig.device->replies = {{report({0x04, 0x18, 0, status})}};
+        EXPECT_TRUE(rig.comm.sendDeviceData(frame65({0x04, 0x18})));
+        EXPECT_EQ(rig.device->log, exchanged(report({0x04, 0x18})));
     }
 }
 
-TEST(DeviceCommExchange, ARepeatRequestSendsTheFrameOnceMoreAndNoMoreAndKeepsTheSecondReply)
+TEST(DeviceCommExchange, ARepeatRequestSendsTheFrameOnceMoreAndKeepsTheSecondReplyInTheBuffersHead)
 {
     Rig rig;
     auto request = frame65({0x04, 0x11, 0x03, 0, 0, 0, 0, 0, 0x09});
-    const auto sent = first64(request);
-    auto second = report({0x04, 0x11, 0x03, 0xFF});
-    second[9] = 0x04;
-    rig.device->expectSleep(kDelay).expectSet(sent).expectSleep(kDelay).expectGet(report({0x04, 0x11, 0x03, 0xFF}))
-        .expectSleep(kDelay).expectSet(sent).expectSleep(kDelay).expectGet(second);
+    request[64] = 0x77;
+    const auto second = report({0x04, 0x11, 0x03, 0xFF, 0, 0, 0, 0, 0, 0x04});
+    rig.device->replies = {{report({0x04, 0x11, 0x03, 0xFF})}, {second}};
+    const auto sentFrame = slice(request);
     EXPECT_TRUE(rig.comm.getDeviceData(request));
-    EXPECT_EQ(hexFromBytes(first64(request)), hexFromBytes(second));
+    EXPECT_EQ(rig.device->log, exchanged(sentFrame, 2)) << "once more and no more";
+    EXPECT_EQ(hexFromBytes(slice(request)), hexFromBytes(second));
+    EXPECT_EQ(request[64], 0x77) << "byte 64 is never touched";
 }
 
 TEST(DeviceCommExchange, TheRepeatUsesTheLengthTheFirstReadReported)
 {
     Rig rig;
-    const auto request = frame65({0x04, 0x30});
-    std::vector<uint8_t> shortReply = {0x04, 0x30, 0x00, 0xFF};
-    rig.device->expectSleep(kDelay).expectSet(first64(request)).expectSleep(kDelay).expectGet(shortReply)
-        .expectSleep(kDelay).expectSet({0x04, 0x30, 0x00, 0x00}).expectSleep(kDelay).expectGet(report({0x04, 0x30, 0, 1}));
-    EXPECT_TRUE(rig.comm.sendDeviceData(request));
+    rig.device->replies = {{{0x04, 0x30, 0x00, 0xFF}}, {report({0x04, 0x30, 0, 1})}};
+    EXPECT_TRUE(rig.comm.sendDeviceData(frame65({0x04, 0x30})));
+    EXPECT_EQ(rig.device->log, exchanged(report({0x04, 0x30})) + exchanged({0x04, 0x30, 0x00, 0x00}));
 }
 
-TEST(DeviceCommExchange, GetDeviceDataPutsTheReplyAtTheStartOfTheCallersBuffer)
+TEST(DeviceCommFailures, AFailedSetOrReadReportsFalseAndLeavesTheRequestInPlace)
 {
-    Rig rig;
-    auto buffer = frame65({0x04, 0x30});
-    buffer[64] = 0x77;
-    auto reply = report({0x04, 0x30, 0x00, 0x01, 0, 0, 0, 0, 0, 0x03});
-    reply[63] = 0x5A;
-    rig.device->expectSleep(kDelay).expectSet(first64(buffer)).expectSleep(kDelay).expectGet(reply);
-    EXPECT_TRUE(rig.comm.getDeviceData(buffer));
-    EXPECT_EQ(hexFromBytes(first64(buffer)), hexFromBytes(reply));
-    EXPECT_EQ(buffer[64], 0x77) << "byte 64 is never touched";
-}
-
-TEST(DeviceCommFailures, AFailedSetEndsTheExchangeAndLeavesTheRequestInPlace)
-{
-    Rig rig;
-    auto buffer = frame65({0x04, 0x30});
-    rig.device->expectSleep(kDelay).expectSet(first64(buffer), HidResult::NotResponding);
-    EXPECT_FALSE(rig.comm.getDeviceData(buffer));
-    EXPECT_EQ(hexFromBytes(buffer), hexFromBytes(frame65({0x04, 0x30})));
-}
-
-TEST(DeviceCommFailures, AFailedReadReportsFalseAndTheBufferStillHoldsTheRequest)
-{
-    Rig rig;
-    auto buffer = frame65({0x04, 0x30});
-    rig.device->expectSleep(kDelay).expectSet(first64(buffer)).expectSleep(kDelay).expectGet({}, HidResult::NotResponding);
-    EXPECT_FALSE(rig.comm.getDeviceData(buffer));
-    EXPECT_EQ(buffer[9], 0) << "no profile came back";
-    EXPECT_EQ(hexFromBytes(buffer), hexFromBytes(frame65({0x04, 0x30})));
+    for (bool setFails : {true, false}) {
+        Rig rig;
+        auto buffer = frame65({0x04, 0x30});
+        if (setFails)
+            rig.device->setResults = {HidResult::NotResponding};
+        EXPECT_FALSE(rig.comm.getDeviceData(buffer));
+        EXPECT_EQ(rig.device->log, setFails ? sent(slice(buffer)) : exchanged(slice(buffer)));
+        EXPECT_EQ(hexFromBytes(buffer), hexFromBytes(frame65({0x04, 0x30})));
+    }
 }
 
 TEST(DeviceCommFailures, AFailedReadOfARequestWhoseByte3Is255StillRepeatsOnce)
 {
     // The untouched copy holds the request, so its byte 3 decides.
     Rig rig;
-    const auto request = frame65({0x04, 0x02, 0x00, 0xFF});
-    rig.device->expectSleep(kDelay).expectSet(first64(request)).expectSleep(kDelay).expectGet({}, HidResult::NotResponding)
-        .expectSleep(kDelay).expectSet(first64(request)).expectSleep(kDelay).expectGet(report({0x04, 0x02, 0, 1}));
-    EXPECT_TRUE(rig.comm.sendDeviceData(request));
+    rig.device->replies = {{{}, HidResult::NotResponding}, {report({0x04, 0x02, 0, 1})}};
+    EXPECT_TRUE(rig.comm.sendDeviceData(frame65({0x04, 0x02, 0x00, 0xFF})));
+    EXPECT_EQ(rig.device->log, exchanged(report({0x04, 0x02, 0x00, 0xFF}), 2));
 }
 
 TEST(DeviceCommFailures, AStoppedTransportMakesNoDeviceCall)
@@ -117,46 +108,37 @@ TEST(DeviceCommFailures, AStoppedTransportMakesNoDeviceCall)
     EXPECT_FALSE(rig.comm.sendDeviceData(buffer));
     EXPECT_FALSE(rig.comm.getDeviceData(buffer));
     EXPECT_FALSE(rig.comm.sendDeviceData(numbered(780), 640));
+    EXPECT_TRUE(rig.device->log.empty());
 }
 
-TEST(DeviceCommRun, SendsOneReportFewerThanTheLengthSpans)
+TEST(DeviceCommRun, SendsOneReportFewerThanTheLengthSpansAndStopsAtAFailedOne)
 {
     const auto data = numbered(780);
-    Rig rig;
+    Log nine;
     for (std::size_t i = 0; i < 9; ++i)
-        rig.device->expectSleep(kDelay).expectSet(slice(data, i * 64));
+        nine = nine + sent(slice(data, i * 64));
+    Rig rig;
     captureLines();
     EXPECT_TRUE(rig.comm.sendDeviceData(data, 640));
+    EXPECT_EQ(rig.device->log, nine);
     const std::string out = capturedLines();
-    EXPECT_EQ(out.substr(0, out.find('\n')).substr(0, 13), "newArr-0[0, 7");
+    EXPECT_EQ(out.substr(0, 13), "newArr-0[0, 7");
     EXPECT_NE(out.find("newArr-8["), std::string::npos);
     EXPECT_EQ(out.find("newArr-9"), std::string::npos) << "bytes from 576 on are never sent";
-}
 
-TEST(DeviceCommRun, ShortLengthsSendNothingOrOnlyTheFirstReport)
-{
-    const auto data = numbered(256);
-    {
-        Rig rig;  // nothing expected
-        captureLines();
-        EXPECT_TRUE(rig.comm.sendDeviceData(data, 64));
-        EXPECT_TRUE(rig.comm.sendDeviceData(data, 127));
-        capturedLines();
-    }
-    Rig rig;
-    rig.device->expectSleep(kDelay).expectSet(slice(data, 0));
+    Rig failing;  // the result stays true
+    failing.device->setResults = {HidResult::Success, HidResult::Success, HidResult::NotResponding};
     captureLines();
-    EXPECT_TRUE(rig.comm.sendDeviceData(data, 128));
+    EXPECT_TRUE(failing.comm.sendDeviceData(data, 640));
     capturedLines();
-}
+    EXPECT_EQ(failing.device->log, Log(nine.begin(), nine.begin() + 6));
 
-TEST(DeviceCommRun, AFailedReportStopsTheRunButTheResultStaysTrue)
-{
-    const auto data = numbered(780);
-    Rig rig;
-    rig.device->expectSleep(kDelay).expectSet(slice(data, 0)).expectSleep(kDelay).expectSet(slice(data, 64))
-        .expectSleep(kDelay).expectSet(slice(data, 128), HidResult::NotResponding);
+    Rig brief;  // a length under two reports sends nothing, two reports only the first
     captureLines();
-    EXPECT_TRUE(rig.comm.sendDeviceData(data, 640));
+    EXPECT_TRUE(brief.comm.sendDeviceData(data, 64));
+    EXPECT_TRUE(brief.comm.sendDeviceData(data, 127));
+    EXPECT_TRUE(brief.device->log.empty());
+    EXPECT_TRUE(brief.comm.sendDeviceData(data, 128));
     capturedLines();
+    EXPECT_EQ(brief.device->log, sent(slice(data)));
 }

@@ -8,7 +8,6 @@
 
 #include <gtest/gtest.h>
 
-#include <QDir>
 #include <QFile>
 #include <QFileInfo>
 #include <QRegularExpression>
@@ -40,9 +39,9 @@ Rows expectedSeedRows()
               {"UserLight2", "1", "0"},     {"UserLight3", "1", "0"},           {"UserLight4", "1", "0"},
               {"UserLight5", "1", "0"},     {"deviceType", "1", "1"},           {"keyboardColorMode", "1", "1"}};
     for (const char* p : {"1", "2", "3", "4", "5"})
-        for (const auto& [key, value] : {std::pair{"currentLightMode", "1"}, {"disable_gamemode", "0"},
-                                         {"disable_win", "0"}, {"disable_alttab", "0"}, {"disable_altf4", "0"}})
-            rows.push_back({key, p, value});
+        for (const char* key :
+             {"currentLightMode", "disable_gamemode", "disable_win", "disable_alttab", "disable_altf4"})
+            rows.push_back({key, p, key == std::string("currentLightMode") ? "1" : "0"});
     for (std::size_t i = 0; i < rows.size(); ++i)
         rows[i].insert(rows[i].begin(), std::to_string(i + 1));
     return rows;
@@ -56,28 +55,52 @@ Rows configRows(SQLite::Database& db)
 // Data in every table that a wipe or reset may touch.
 void addUserData(SQLite::Database& db)
 {
-    db.exec(R"(INSERT INTO "t_keyprofile" ("profId", "keyvalue", "macroType", "macroValue", "macro2Value",
-               "macro3Value", "macroDesc") VALUES (1, 4, 12, 1, 0, 0, 'M1'), (2, 5, 1, 7, 0, 0, 'B'))");
-    db.exec(R"(INSERT INTO "t_macro_data" ("play_times", "delay_type", "delay_time", "macro_name")
-               VALUES (1, 0, 10, 'Hello'))");
-    db.exec(R"(INSERT INTO "t_macrorecord" ("macro_id", "record_type", "record_index", "record_desc", "record_value")
-               VALUES (1, 1, 0, 'H', 11))");
-    db.exec(R"(INSERT INTO "t_userlightdata" ("lightName", "speed", "brightness") VALUES ('Mine', 3, 4))");
-    db.exec(R"(INSERT INTO "t_keyrgbdata" ("lightId", "profId", "keyvalue", "rgbvalue") VALUES (1, 1, 4, 16711680))");
-    db.exec(R"(UPDATE "t_configdata" SET "value" = '3' WHERE "key" = 'currentProfile')");
+    db.exec(R"(INSERT INTO "t_keyprofile" VALUES (1, 1, 4, 12, 1, 0, 0, 'M1'), (2, 2, 5, 1, 7, 0, 0, 'B');
+        INSERT INTO "t_macro_data" VALUES (1, 1, 0, 10, 'Hello');
+        INSERT INTO "t_macrorecord" VALUES (1, 1, 1, 0, 'H', 11);
+        INSERT INTO "t_userlightdata" VALUES (1, 'Mine', 3, 4); INSERT INTO "t_keyrgbdata" VALUES (1, 1, 1, 4, 16711680);
+        UPDATE "t_configdata" SET "value" = '3' WHERE "key" = 'currentProfile')");
+}
+
+void addUserData(const QString& fileName = kFile)
+{
+    DeviceSQLite store(fileName, false);
+    addUserData(*store.db);
+}
+
+// The operations of several statements, with the line each prints when it
+// fails.
+struct Operation {
+    const char* name;
+    std::function<void(DeviceSQLite&)> run;
+    const char* failureLine;
+};
+const std::vector<Operation> kOperations{
+    {"wipe", [](DeviceSQLite& s) { s.dropTable(); }, "dropTable table failed "},
+    {"profile reset", [](DeviceSQLite& s) { s.resetProfile(2); }, "resetProfile  fail "},
+};
+
+// Runs `body` in a forked child and answers its wait status.
+int statusOfChild(const std::function<void()>& body)
+{
+    const pid_t child = fork();
+    if (child == 0) {
+        body();
+        _exit(0);
+    }
+    int status = -1;
+    if (child == -1 || waitpid(child, &status, 0) != child)
+        ADD_FAILURE() << "no child process";
+    return status;
 }
 
 }  // namespace
 
-TEST(DeviceDatabaseRules, OnlyThe68KeyModelHasAFileOfItsOwn)
+TEST(DeviceDatabaseRules, OnlyThe68KeyModelHasAFileOfItsOwnAndOnlyAnotherVersionRebuilds)
 {
     EXPECT_EQ(deviceDatabaseFileName(2), "orvane_68k_device.sqlite3");
     for (int type : {0, 1, 3, -1})
         EXPECT_EQ(deviceDatabaseFileName(type), "orvane_61k_device.sqlite3") << type;
-}
-
-TEST(DeviceDatabaseRules, OnlyAReadVersionOtherThanTheCurrentOneRebuildsTheFile)
-{
     const std::vector<std::pair<StoreRead, VersionCheck>> cases{
         {{StoreResult::Missing, ""}, {true, VersionAction::Write}},
         {{StoreResult::Ok, ""}, {true, VersionAction::Update}},  // an empty row is set in place
@@ -92,7 +115,7 @@ TEST(DeviceDatabaseRules, OnlyAReadVersionOtherThanTheCurrentOneRebuildsTheFile)
         EXPECT_EQ(checkDeviceDatabaseVersion(read), expected) << int(read.result) << read.value.toStdString();
 }
 
-TEST_F(DeviceStoreTest, NewFileHasTheEightTablesAndTheSettingsRowsInOrder)
+TEST_F(DeviceStoreTest, NewFileHasTheEightTablesAndTheSettingsRowsSeededOnce)
 {
     DataPaths::setDataFolderOverride(folder.path() + "/not/yet/there");
     captureLines();
@@ -130,35 +153,25 @@ TEST_F(DeviceStoreTest, NewFileHasTheEightTablesAndTheSettingsRowsInOrder)
     for (const auto& table : schema)
         EXPECT_EQ(countRows(*store.db, table[0]), table[0] == "t_configdata" ? 34 : 0) << table[0];
     EXPECT_EQ(configRows(*store.db), expectedSeedRows());
-}
 
-TEST_F(DeviceStoreTest, ExistingSettingsRowsAreNeverSeededFurther)
-{
-    { DeviceSQLite first(kFile, false); }
-    DeviceSQLite reopened(kFile, false);
-    EXPECT_EQ(countRows(*reopened.db, "t_configdata"), 34);
-
-    reopened.db->exec(R"(DELETE FROM "t_configdata" WHERE "keyId" <> 20)");
-    DeviceSQLite again(kFile, false);
+    store.db->exec(R"(DELETE FROM "t_configdata" WHERE "keyId" <> 20)");
+    DeviceSQLite again("orvane_68k_device.sqlite3", false);
     EXPECT_EQ(configRows(*again.db), (Rows{{"20", "currentLightMode", "3", "1"}}));
 }
 
 TEST_F(DeviceStoreTest, ARebuildMovesTheOldFileAsideAndNeverOverwritesOne)
 {
-    {
-        DeviceSQLite store(kFile, false);
-        addUserData(*store.db);
-    }
+    addUserData();
     const std::string before = dumpDatabaseFile(file);
-
     DeviceSQLite rebuilt(kFile, true);
     EXPECT_TRUE(rebuilt.isReady());
     EXPECT_EQ(configRows(*rebuilt.db), expectedSeedRows());
     EXPECT_EQ(countRows(*rebuilt.db, "t_macro_data"), 0);
     const QStringList old = movedAside(kFile, "old");
     ASSERT_EQ(old.size(), 1);
-    EXPECT_TRUE(QRegularExpression(R"(^orvane_61k_device\.sqlite3\.old-\d{8}-\d{6}$)").match(old[0]).hasMatch()) << old[0].toStdString();
-    EXPECT_EQ(dumpDatabaseFile(DataPaths::databaseFolder().toStdString() + old[0].toStdString()), before);
+    EXPECT_TRUE(QRegularExpression(R"(^orvane_61k_device\.sqlite3\.old-\d{8}-\d{6}$)").match(old[0]).hasMatch())
+        << old[0].toStdString();
+    EXPECT_EQ(dumpDatabaseFile((DataPaths::databaseFolder() + old[0]).toStdString()), before);
     EXPECT_TRUE(storeProblemMessage(rebuilt.health, "Settings").contains("kept as " + rebuilt.health.movedAside));
 
     DeviceSQLite again(kFile, true);
@@ -168,15 +181,10 @@ TEST_F(DeviceStoreTest, ARebuildMovesTheOldFileAsideAndNeverOverwritesOne)
 // A file that is not a database at all is met in the session tests.
 TEST_F(DeviceStoreTest, AMalformedFileIsMovedAsideAndAFreshOneSeeded)
 {
-    {
-        DeviceSQLite store(kFile, false);
-    }
-    QFile f(QString::fromStdString(file));
-    f.open(QIODevice::ReadWrite);
-    f.seek(2 * 4096);  // the root page of a table
-    f.write(QByteArray(4096, '\xff'));
-    f.close();
-    const QByteArray damaged = readAll(file);
+    { DeviceSQLite store(kFile, false); }
+    // The root page of a table.
+    const QByteArray damaged = readAll(file).replace(2 * 4096, 4096, QByteArray(4096, '\xff'));
+    overwrite(file, damaged);
 
     captureLines();
     DeviceSQLite store(kFile, false);
@@ -185,16 +193,13 @@ TEST_F(DeviceStoreTest, AMalformedFileIsMovedAsideAndAFreshOneSeeded)
     EXPECT_EQ(configRows(*store.db), expectedSeedRows());
     const QStringList moved = movedAside(kFile, "damaged");
     ASSERT_EQ(moved.size(), 1);
-    EXPECT_EQ(readAll(DataPaths::databaseFolder().toStdString() + moved[0].toStdString()), damaged);
+    EXPECT_EQ(readAll((DataPaths::databaseFolder() + moved[0]).toStdString()), damaged);
     EXPECT_TRUE(storeProblemMessage(store.health, "Settings").contains(store.health.movedAside));
 }
 
 TEST_F(DeviceStoreTest, ALockedFileIsLeftAsItIsAndABriefLockIsWaitedFor)
 {
-    {
-        DeviceSQLite store(kFile, false);
-        addUserData(*store.db);
-    }
+    addUserData();
     const std::string before = dumpDatabaseFile(file);
     SQLite::Database other(file, SQLite::OPEN_READWRITE);
     other.exec("BEGIN EXCLUSIVE");
@@ -259,18 +264,13 @@ TEST_F(DeviceStoreTest, FailedOrKilledSeedingLeavesNoHalfSeededFile)
     EXPECT_EQ(capturedLines(), "insertRow  fail injected\ncreateTable success\ninit: connect success\n");
 
     QFile::remove(QString::fromStdString(file));
-    const pid_t child = fork();
-    ASSERT_NE(child, -1);
-    if (child == 0) {
+    const int status = statusOfChild([] {
         StoreSupport::faultHook = [](std::string_view step) {
             if (step == "device.seed.12")
                 _exit(1);
         };
         DeviceSQLite store(kFile, false);
-        _exit(0);
-    }
-    int status = 0;
-    ASSERT_EQ(waitpid(child, &status, 0), child);
+    });
     ASSERT_TRUE(WIFEXITED(status) && WEXITSTATUS(status) == 1) << "the child was not stopped during seeding";
     EXPECT_EQ(countRows(*StoreSupport::openReadWrite(QString::fromStdString(file)), "t_configdata"), 0);
     DeviceSQLite reopened(kFile, false);
@@ -279,10 +279,7 @@ TEST_F(DeviceStoreTest, FailedOrKilledSeedingLeavesNoHalfSeededFile)
 
 TEST_F(DeviceStoreTest, WipeLeavesAFreshlySeededFileThatReopensUnchanged)
 {
-    const std::string fresh = [&] {
-        DeviceSQLite other("orvane_68k_device.sqlite3", false);
-        return dumpDatabase(*other.db);
-    }();
+    const std::string fresh = dumpDatabase(*DeviceSQLite("orvane_68k_device.sqlite3", false).db);
     {
         DeviceSQLite store(kFile, false);
         addUserData(*store.db);
@@ -291,28 +288,11 @@ TEST_F(DeviceStoreTest, WipeLeavesAFreshlySeededFileThatReopensUnchanged)
         EXPECT_EQ(capturedLines(), "dropTable  success\n");
     }
     EXPECT_EQ(dumpDatabaseFile(file), fresh);
-
     captureLines();
     { DeviceSQLite reopened(kFile, false); }
     EXPECT_EQ(capturedLines(), "createTable success\ninit: connect success\n");
     EXPECT_EQ(dumpDatabaseFile(file), fresh);
 }
-
-namespace {
-
-// The operations of several statements, with the line each prints when it
-// fails.
-struct Operation {
-    const char* name;
-    std::function<void(DeviceSQLite&)> run;
-    const char* failureLine;
-};
-const std::vector<Operation> kOperations{
-    {"wipe", [](DeviceSQLite& s) { s.dropTable(); }, "dropTable table failed "},
-    {"profile reset", [](DeviceSQLite& s) { s.resetProfile(2); }, "resetProfile  fail "},
-};
-
-}  // namespace
 
 TEST_F(DeviceStoreTest, AFaultAtAnyStepOfAWipeOrAProfileResetLeavesTheFileAsItWas)
 {
@@ -339,41 +319,6 @@ TEST_F(DeviceStoreTest, AFaultAtAnyStepOfAWipeOrAProfileResetLeavesTheFileAsItWa
     }
 }
 
-namespace {
-
-// Old and new contents of the file around one operation, and a way back to
-// the old file.
-struct Snapshots {
-    QByteArray oldBytes;
-    std::string oldState, newState;
-};
-
-Snapshots takeSnapshots(const std::string& file, const Operation& operation)
-{
-    QFile::remove(QString::fromStdString(file));
-    {
-        DeviceSQLite store(kFile, false);
-        addUserData(*store.db);
-    }
-    Snapshots s{readAll(file), dumpDatabaseFile(file), {}};
-    {
-        DeviceSQLite store(kFile, false);
-        operation.run(store);
-    }
-    s.newState = dumpDatabaseFile(file);
-    return s;
-}
-
-void restore(const std::string& file, const QByteArray& bytes)
-{
-    QFile::remove(QString::fromStdString(file + "-journal"));
-    QFile f(QString::fromStdString(file));
-    f.open(QIODevice::WriteOnly | QIODevice::Truncate);
-    f.write(bytes);
-}
-
-}  // namespace
-
 // An I/O error, then SIGKILL, at each write, sync and delete of the
 // operation in turn, until it runs to its end: each time the next opening
 // finds the old or the new file, never a mix, also where a hot journal had to
@@ -381,32 +326,34 @@ void restore(const std::string& file, const QByteArray& bytes)
 TEST_F(DeviceStoreTest, AnIoErrorOrAKillAtAnyWriteThroughTheCommitLeavesTheOldOrTheNewFile)
 {
     for (const auto& operation : kOperations) {
-        const Snapshots s = takeSnapshots(file, operation);
+        QFile::remove(QString::fromStdString(file));
+        addUserData();
+        const QByteArray oldBytes = readAll(file);
+        const std::string oldState = dumpDatabaseFile(file);
+        { DeviceSQLite store(kFile, false); operation.run(store); }
+        const std::string newState = dumpDatabaseFile(file);
         for (const auto action : {CrashVfs::Action::IoError, CrashVfs::Action::Kill}) {
             bool seenOld = false, seenNew = false, seenHotJournal = false;
             for (int at = 1; at < 500; ++at) {
-                restore(file, s.oldBytes);
-                const pid_t child = fork();
-                ASSERT_NE(child, -1);
-                if (child == 0) {
+                QFile::remove(QString::fromStdString(file + "-journal"));
+                overwrite(file, oldBytes);
+                const int status = statusOfChild([&] {
                     OutputLine::setSink([](std::string_view) {});
                     CrashVfs::install();
                     DeviceSQLite store(kFile, false);
                     CrashVfs::arm(at, action);
                     operation.run(store);
                     _exit(CrashVfs::counted() >= at ? 3 : 0);
-                }
-                int status = 0;
-                ASSERT_EQ(waitpid(child, &status, 0), child);
+                });
                 const bool killed = WIFSIGNALED(status) && WTERMSIG(status) == SIGKILL;
                 const bool done = WIFEXITED(status) && WEXITSTATUS(status) == 0;
                 ASSERT_TRUE(killed || done || (WIFEXITED(status) && WEXITSTATUS(status) == 3)) << at;
-                if (QFileInfo(QString::fromStdString(file + "-journal")).size() > 0 && readAll(file) != s.oldBytes)
-                    seenHotJournal = true;
+                seenHotJournal |= QFileInfo(QString::fromStdString(file + "-journal")).size() > 0
+                                  && readAll(file) != oldBytes;
                 const std::string state = dumpDatabaseFile(file);
-                EXPECT_TRUE(state == s.oldState || state == s.newState) << operation.name << " struck at " << at;
-                seenOld |= state == s.oldState;
-                seenNew |= state == s.newState;
+                EXPECT_TRUE(state == oldState || state == newState) << operation.name << " struck at " << at;
+                seenOld |= state == oldState;
+                seenNew |= state == newState;
                 if (done)
                     break;
             }
@@ -415,19 +362,4 @@ TEST_F(DeviceStoreTest, AnIoErrorOrAKillAtAnyWriteThroughTheCommitLeavesTheOldOr
                 EXPECT_TRUE(seenHotJournal) << operation.name;
         }
     }
-}
-
-// A missing table fails the whole wipe: nothing is dropped, not even the
-// tables listed before it.
-TEST_F(DeviceStoreTest, WipeOfAFileWithoutAProfileTableChangesNothing)
-{
-    DeviceSQLite store(kFile, false);
-    addUserData(*store.db);
-    store.db->exec(R"(DROP TABLE "t_profile")");
-    const std::string before = dumpDatabase(*store.db);
-
-    captureLines();
-    store.dropTable();
-    EXPECT_EQ(capturedLines(), "dropTable table failed no such table: t_profile\n");
-    EXPECT_EQ(dumpDatabase(*store.db), before);
 }

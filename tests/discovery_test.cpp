@@ -6,9 +6,9 @@
 #include "HIDDevice/Platform/Virtual/VirtualHidManager.h"
 #include "Simulator/VirtualKeyboard.h"
 #include "support/RecordingHidDevice.h"
+#include "support/WaitUntil.h"
 
 #include <QCoreApplication>
-#include <QElapsedTimer>
 #include <QThread>
 #include <gtest/gtest.h>
 
@@ -46,16 +46,7 @@ public:
 
     std::vector<std::pair<std::string, HIDDevice>> waitFor(std::size_t count, int timeoutMs = 5000)
     {
-        QElapsedTimer t;
-        t.start();
-        while (t.elapsed() < timeoutMs) {
-            {
-                std::lock_guard lock(mutex_);
-                if (seen_.size() >= count)
-                    break;
-            }
-            QThread::msleep(2);
-        }
+        waitUntil([&] { std::lock_guard lock(mutex_); return seen_.size() >= count; }, timeoutMs);
         QThread::msleep(50);  // anything more would arrive now
         std::lock_guard lock(mutex_);
         return seen_;
@@ -73,11 +64,16 @@ private:
     std::vector<std::pair<std::string, HIDDevice>> seen_;
 };
 
+// A monitor on its thread watching a bus that may hold a device before it starts.
 struct MonitorRig {
-    std::shared_ptr<VirtualBus> bus = std::make_shared<VirtualBus>();
+    explicit MonitorRig(std::shared_ptr<VirtualUsbDevice> early = nullptr)
+        : bus([&] { auto b = std::make_shared<VirtualBus>(); if (early) b->plug(early); return b; }())
+    {
+        thread.start();
+    }
+    std::shared_ptr<VirtualBus> bus;
     HIDDeviceMonitor monitor{{{3141, 32885}, {3141, 32774}}, 64, [bus = bus] { return std::make_unique<VirtualHidManager>(bus); }};
     HIDMonitorThread thread{monitor};
-    MonitorRig() { thread.start(); }
     ~MonitorRig()
     {
         thread.quit();
@@ -110,14 +106,8 @@ TEST(Discovery, OfAKeyboardsThreeInterfacesOnlyTheConfigurationOneComesAndGoes)
 TEST(Discovery, AKeyboardPresentBeforeTheMonitorStartsIsAnnouncedLikeANewOne)
 {
     Announcements seen;
-    auto bus = std::make_shared<VirtualBus>();
-    bus->plug(std::make_shared<VirtualKeyboard>(VirtualKeyboard::Model::K68));
-    HIDDeviceMonitor monitor{{{3141, 32885}}, 64, [bus] { return std::make_unique<VirtualHidManager>(bus); }};
-    HIDMonitorThread thread{monitor};
-    thread.start();
+    MonitorRig rig(std::make_shared<VirtualKeyboard>(VirtualKeyboard::Model::K68));
     auto arrivals = seen.waitFor(1);
-    thread.quit();
-    thread.wait();
     ASSERT_EQ(arrivals.size(), 1u);
     EXPECT_EQ(arrivals[0].second.name, QStringLiteral("ORVANE K68"));
 }

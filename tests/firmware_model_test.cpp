@@ -72,37 +72,26 @@ std::string hex(const std::vector<uint8_t>& bytes) { return hexFromBytes(bytes);
 
 void PrintTo(ProtocolError kind, std::ostream* os)
 {
-    static const char* const names[] = {"DataWithoutHeader", "WrongCount",      "MissingEndMarker",
-                                        "TooFast",           "BadReportId",     "UnknownCommand",
-                                        "StrayFrameBytes",   "BadTarget",       "MissingOpening",
-                                        "WrongEndFrame"};
+    static const char* const names[] = {"DataWithoutHeader", "WrongCount", "MissingEndMarker", "TooFast",
+                                        "BadReportId", "UnknownCommand", "StrayFrameBytes", "BadTarget",
+                                        "MissingOpening", "WrongEndFrame"};
     *os << names[static_cast<int>(kind)];
 }
 
-TEST(FirmwareModel, KeyTableIsStoredForItsProfileAndTheEndReplyCarriesTheDataSum)
+TEST(FirmwareModel, EachUploadLandsWhereItsHeaderSaysAndTheEndReplyCarriesTheDataSum)
 {
     Wire w;
-    auto table = block(576, 574, 0x02);  // 0x02 + 0x42 + 0xAA + 0x55 = 0x0143
+    const auto table = block(576, 574, 0x02);  // 0x02 + 0x42 + 0xAA + 0x55 = 0x0143
     EXPECT_EQ(w.exchange(frame(Command::BeginUpload)), hex(report({0x04, 0x18, 0, 0x01})));
     EXPECT_EQ(w.exchange(frame(Command::KeyTable, 3, 9)), hex(report({0x04, 0x11, 3, 0x01, 0, 0, 0, 0, 9})));
     w.sendRun(table);
     EXPECT_EQ(w.exchange(frame(Command::EndUpload, 3)), hex(report({0x04, 0x02, 3, 0x01, 0x43, 0x01})));
 
-    EXPECT_EQ(w.fw.keyTable(3), table);
-    EXPECT_TRUE(w.fw.keyTable(1).empty());
-    EXPECT_TRUE(w.fw.protocolErrors().isEmpty()) << w.fw.protocolErrors().join('\n').toStdString();
-}
-
-TEST(FirmwareModel, LightUserLightSystemAndMacroUploadsLandWhereTheirHeadersSay)
-{
-    Wire w;
-    auto light = block(64, 14, 0x04);  // mode 4: byte 0 is the report id's value
+    const auto light = block(64, 14, 0x04);  // mode 4: byte 0 is the report id's value
     w.upload(Command::LightMode, 2, light);
-
-    auto colours = block(576, 574, 0x07);
+    const auto colours = block(576, 574, 0x07);
     w.upload(Command::UserLightData, 0x80 + 2, colours);
-
-    auto settings = block(64, 62, 0x83);
+    const auto settings = block(64, 62, 0x83);
     w.upload(Command::SystemSet, 4, settings);
 
     // 50 reports of 0xFF but for the marker: the sum wraps past 16 bits,
@@ -113,6 +102,8 @@ TEST(FirmwareModel, LightUserLightSystemAndMacroUploadsLandWhereTheirHeadersSay)
     EXPECT_EQ(w.upload(Command::MacroData, 0, macros),
               hex(report({0x04, 0x02, 0, 0x01, 0x81, 0x72})));
 
+    EXPECT_EQ(w.fw.keyTable(3), table);
+    EXPECT_TRUE(w.fw.keyTable(1).empty());
     EXPECT_EQ(w.fw.lightMode(2), light);
     EXPECT_EQ(w.fw.userLight(2), colours);
     EXPECT_TRUE(w.fw.userLight(1).empty());
@@ -120,46 +111,25 @@ TEST(FirmwareModel, LightUserLightSystemAndMacroUploadsLandWhereTheirHeadersSay)
     EXPECT_EQ(w.fw.state().profile(4).locks, (LockSettings{true, true, false}));
     EXPECT_EQ(w.fw.macroStore(), macros);
     EXPECT_EQ(w.fw.applyLightCount(), 2);
-    EXPECT_EQ(w.fw.commandCount(Command::BeginUpload), 3);
+    EXPECT_EQ(w.fw.commandCount(Command::BeginUpload), 4);
     EXPECT_EQ(w.fw.commandCount(Command::BeginMacro), 1);
     EXPECT_TRUE(w.fw.protocolErrors().isEmpty()) << w.fw.protocolErrors().join('\n').toStdString();
 }
 
-TEST(FirmwareModel, ReadAfterASingleDataReportReturnsTheHeaderReplyNotARepeat)
+TEST(FirmwareModel, RepliesEchoTheFrameWithItsStatusAndTheActiveProfileOnAPoll)
 {
     Wire w;
     EXPECT_EQ(w.get(), hex(report({})));  // nothing sent yet
+    for (uint8_t profile : {1, 4}) {  // 1 until a key chooses another
+        EXPECT_EQ(w.exchange(frame(Command::ReadStatus)),
+                  hex(report({0x04, 0x30, 0, 1, 0, 0, 0, 0, 0, profile})));
+        EXPECT_EQ(w.exchange(frame(Command::EndUpload)), hex(report({0x04, 0x02, 0, 0x01})));
+        w.fw.setActiveProfile(4);
+    }
     w.exchange(frame(Command::BeginUpload));
     w.exchange(frame(Command::SystemSet, 1, 1));
     // The host reads after the settings block too; byte 3 must not ask again.
     EXPECT_EQ(w.exchange(block(64, 62, 0x81)), hex(report({0x04, 0x17, 1, 0x01, 0, 0, 0, 0, 1})));
-}
-
-TEST(FirmwareModel, StatusPollReportsTheProfileChosenOnTheKeyboard)
-{
-    Wire w;
-    EXPECT_EQ(w.exchange(frame(Command::ReadStatus)), hex(report({0x04, 0x30, 0, 0x01, 0, 0, 0, 0, 0, 1})));
-    EXPECT_EQ(w.exchange(frame(Command::EndUpload)), hex(report({0x04, 0x02, 0, 0x01})));
-
-    w.fw.setActiveProfile(4);
-    EXPECT_EQ(w.exchange(frame(Command::ReadStatus)), hex(report({0x04, 0x30, 0, 0x01, 0, 0, 0, 0, 0, 4})));
-    EXPECT_EQ(w.exchange(frame(Command::EndUpload)), hex(report({0x04, 0x02, 0, 0x01})));
-    EXPECT_TRUE(w.fw.protocolErrors().isEmpty());
-}
-
-TEST(FirmwareModel, RepeatRequestRefusesOneFrameAndActsOnItsRepeat)
-{
-    Wire w;
-    w.exchange(frame(Command::BeginUpload));
-    w.fw.requestRepeatOnce();
-    EXPECT_EQ(w.exchange(frame(Command::KeyTable, 1, 9)), hex(report({0x04, 0x11, 1, 0xFF, 0, 0, 0, 0, 9})));
-    EXPECT_EQ(w.exchange(frame(Command::KeyTable, 1, 9)), hex(report({0x04, 0x11, 1, 0x01, 0, 0, 0, 0, 9})));
-    auto table = block(576, 574);
-    w.sendRun(table);
-    w.exchange(frame(Command::EndUpload, 1));
-
-    EXPECT_EQ(w.fw.commandCount(Command::KeyTable), 1);
-    EXPECT_EQ(w.fw.keyTable(1), table);
     EXPECT_TRUE(w.fw.protocolErrors().isEmpty());
 }
 
@@ -194,14 +164,6 @@ TEST(FirmwareModel, StrayAndMiscountedReportsAreFlaggedAndIncompleteBlocksDroppe
         w.set(block(64, 62));  // after it, the sequence is closed
         EXPECT_EQ(w.fw.protocolErrorKinds(), (Kinds{ProtocolError::WrongCount, ProtocolError::DataWithoutHeader}));
     }
-    {
-        Wire w;  // a key table header announcing 8 reports
-        w.exchange(frame(Command::BeginUpload));
-        w.exchange(frame(Command::KeyTable, 1, 8));
-        w.sendRun(block(512, 510));
-        EXPECT_EQ(w.fw.protocolErrorKinds(), Kinds{ProtocolError::WrongCount});
-        EXPECT_TRUE(w.fw.keyTable(1).empty());
-    }
 }
 
 TEST(FirmwareModel, BlocksWithoutTheirEndMarkerAreFlaggedAndNotStored)
@@ -217,8 +179,7 @@ TEST(FirmwareModel, BlocksWithoutTheirEndMarkerAreFlaggedAndNotStored)
                           Case{Command::MacroData, 0, 192, 190}}) {
         SCOPED_TRACE(static_cast<int>(c.header));
         Wire w;
-        auto shifted = block(c.size, c.markerAt - 1);  // one byte too early
-        w.upload(c.header, c.target, shifted);
+        w.upload(c.header, c.target, block(c.size, c.markerAt - 1));  // the marker one byte too early
         EXPECT_EQ(w.fw.protocolErrorKinds(), Kinds{ProtocolError::MissingEndMarker});
         EXPECT_TRUE(w.fw.keyTable(1).empty() && w.fw.userLight(1).empty() && w.fw.lightMode(1).empty()
                     && w.fw.systemSettings(1).empty() && w.fw.macroStore().empty());
@@ -271,6 +232,7 @@ TEST(FirmwareModel, UploadsOutOfShapeAreFlaggedAsTheFirmwareSeesThem)
          {begin, frame(Command::KeyTable, 2, 9), colours, frame(Command::EndUpload)}, {ProtocolError::WrongEndFrame}},
         {"user light slot 7", {begin, frame(Command::UserLightData, 0x87, 9), colours}, {ProtocolError::BadTarget}},
         {"user light slot 0", {begin, frame(Command::UserLightData, 0x80, 9), colours}, {ProtocolError::BadTarget}},
+        {"key table of 8 reports", {begin, frame(Command::KeyTable, 1, 8), block(512, 510)}, {ProtocolError::WrongCount}},
     };
     for (const Case& c : cases) {
         SCOPED_TRACE(c.what);
@@ -278,7 +240,7 @@ TEST(FirmwareModel, UploadsOutOfShapeAreFlaggedAsTheFirmwareSeesThem)
         for (const auto& r : c.reports)
             r.size() > 64 ? w.sendRun(r) : void(w.exchange(r));
         EXPECT_EQ(w.fw.protocolErrorKinds(), c.expected);
-        EXPECT_TRUE(w.fw.userLight(7).empty() && w.fw.userLight(0).empty());
+        EXPECT_TRUE(w.fw.userLight(7).empty() && w.fw.userLight(0).empty() && w.fw.keyTable(1).empty());
     }
 }
 

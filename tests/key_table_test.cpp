@@ -37,7 +37,7 @@ ProfileKey onEscape(int type, int value, int value2 = 0) { return {0, 0, 1, 41, 
 
 }  // namespace
 
-TEST(KeyTable, EveryKindOfAssignmentFillsTheKeysSlot)
+TEST(KeyTable, EveryAssignmentMacroAndProfileRowFillsItsKeysSlotOrNone)
 {
     // macroType, macroValue, macro2Value, and the entry at bytes 4 to 7
     // (empty: the entry stays zero).
@@ -57,10 +57,8 @@ TEST(KeyTable, EveryKindOfAssignmentFillsTheKeysSlot)
     };
     for (const auto& [type, value, value2, entry] : cases)
         EXPECT_EQ(built({onEscape(type, value, value2)}), table({{4, entry}})) << type << "/" << value << "/" << value2;
-}
 
-TEST(KeyTable, AMacroIsNamedByItsPlaceInTheListWithItsPlayCount)
-{
+    // A macro is named by its place in the list, with its play count.
     const std::vector<MacroInfo> macros{{7, 1, 1, 1, "a"}, {3, 2, 1, 1, "b"}, {9, 12, 1, 1, "c"}};
     EXPECT_EQ(built({onEscape(12, 9)}, macros), table({{4, {6, 2, 0, 0x0c}}}));
     EXPECT_EQ(built({onEscape(12, 7)}, macros), table({{4, {6, 0, 0, 0x01}}}));
@@ -75,11 +73,8 @@ TEST(KeyTable, AMacroIsNamedByItsPlaceInTheListWithItsPlayCount)
     many[256] = {600, 1, 0, 0, ""};
     EXPECT_EQ(built({onEscape(12, 500)}, many), table({{4, {6, 0xff, 0, 0xff}}}));
     EXPECT_EQ(built({onEscape(12, 600), {0, 0, 1, 4, 12, 700, 0, 0, "x"}}, many), table({}));
-}
 
-TEST(KeyTable, AProfileFillsEachKeysSlotAndSkipsKeysItCannotAddress)
-{
-    EXPECT_EQ(built({}), table({}));
+    // A profile fills each key's slot and skips keys it cannot address.
     const std::vector<ProfileKey> rows{{0, 0, 2, 41, 16, 1, 0, 0, "Fn"}, {0, 0, 2, 224, 14, 4, 0, 0, "A"},
                                        {0, 0, 2, 4, 11, 127, 0, 0, "Mute"}, {0, 0, 2, 999, 16, 1, 0, 0, "no key"},
                                        {0, 0, 2, 57, 18, 1, 0, 0, "past the end"}};

@@ -35,12 +35,9 @@ protected:
     {
         ASSERT_TRUE(tmp.isValid());
         usbDir = fs::path(tmp.path().toStdString()) / "devices/usb3/3-1.4";
-        writeFile(usbDir / "idVendor", "0c45\n");
-        writeFile(usbDir / "idProduct", "8075\n");
-        writeFile(usbDir / "busnum", "3\n");
-        writeFile(usbDir / "devnum", "7\n");
-        writeFile(usbDir / "devpath", "1.4\n");
-        writeFile(usbDir / "product", "ORVANE M61\n");
+        for (const auto& [name, value] : {std::pair{"idVendor", "0c45"}, {"idProduct", "8075"}, {"busnum", "3"},
+                                          {"devnum", "7"}, {"devpath", "1.4"}, {"product", "ORVANE M61"}})
+            writeFile(usbDir / name, std::string(value) + "\n");
         typingNode = bindHid(0, "0001", kTypingDescriptor, "hidraw2");
         configNode = bindHid(1, "0002", kConfigDescriptor, "hidraw3");
     }
@@ -56,11 +53,7 @@ protected:
         return hid / "hidraw" / node;
     }
 
-    static DeviceEvent event(DeviceEvent::Action action, const std::string& subsystem, const fs::path& path,
-                             const std::string& devtype = {})
-    {
-        return {action, subsystem, devtype, path};
-    }
+    static DeviceEvent hidraw(DeviceEvent::Action a, const fs::path& node) { return {a, "hidraw", {}, node}; }
 
     QTemporaryDir tmp;
     fs::path usbDir, typingNode, configNode;
@@ -76,24 +69,21 @@ TEST_F(FakeSysfs, PropertiesAreReadAsTheDeviceModelExpectsThem)
     EXPECT_EQ(info->interfaceNumber, 1);
     EXPECT_EQ(usbfsNode("/dev", info->busNumber, info->deviceAddress), fs::path("/dev/bus/usb/003/007"));
 
-    const HIDDevice config(std::make_shared<LinuxHidDevice>(*info, "/dev", nullptr));
+    const auto device = [](const fs::path& node) {
+        return HIDDevice(std::make_shared<LinuxHidDevice>(*readUsbHidInterface(node), "/dev", nullptr)); };
+    const HIDDevice config = device(configNode);
     EXPECT_EQ(config.id, 0x03140000);
-    EXPECT_EQ(config.vendorId, 0x0C45);
-    EXPECT_EQ(config.productId, 0x8075);
+    EXPECT_TRUE(config.vendorId == 0x0C45 && config.productId == 0x8075);
     EXPECT_EQ(config.featureSize, 64);
-    EXPECT_EQ(config.reportSize, 0);
     EXPECT_EQ(config.name, "ORVANE M61");
     EXPECT_TRUE(isConfigurationInterface(config));
 
     // Only the line feed sysfs adds goes; a trailing blank makes another model.
     writeFile(usbDir / "product", "ORVANE M61 \n");
-    EXPECT_EQ(HIDDevice(std::make_shared<LinuxHidDevice>(*readUsbHidInterface(configNode), "/dev", nullptr)).name,
-              "ORVANE M61 ");
+    EXPECT_EQ(device(configNode).name, "ORVANE M61 ");
 
     fs::remove(usbDir / "product");
-    const HIDDevice typing(std::make_shared<LinuxHidDevice>(*readUsbHidInterface(typingNode), "/dev", nullptr));
-    EXPECT_EQ(typing.reportSize, 8);
-    EXPECT_EQ(typing.featureSize, 0);
+    const HIDDevice typing = device(typingNode);
     EXPECT_EQ(typing.name, "");
     EXPECT_FALSE(isConfigurationInterface(typing));
 
@@ -107,7 +97,7 @@ TEST_F(FakeSysfs, AFailedReadLeavesTheCallersBufferAndLengthAndSaysWhy)
     // must still find all 64 bytes of the request.
     LinuxHidDevice handle(*readUsbHidInterface(configNode), fs::path(tmp.path().toStdString()) / "dev", nullptr);
     std::vector<uint8_t> buffer(64, 0x5A);
-    std::size_t length = buffer.size();
+    std::size_t length = 64;
     const HidStatus status = handle.getFeatureReport(4, buffer, length);
     EXPECT_EQ(status, HidResult::NotResponding);
     EXPECT_NE(status.reason().find("hidraw3"), std::string::npos) << status.reason();
@@ -115,75 +105,62 @@ TEST_F(FakeSysfs, AFailedReadLeavesTheCallersBufferAndLengthAndSaysWhy)
     EXPECT_EQ(buffer, std::vector<uint8_t>(64, 0x5A));
 }
 
-TEST(LocationId, BusInTopByteThenOneNibblePerPort)
+TEST(UsbAddressing, LocationIdAndFeatureReportSetups)
 {
+    // Bus in the top byte, then one nibble per port.
     EXPECT_EQ(locationIdFromUsbPath(1, "1"), 0x01100000u);
     EXPECT_EQ(locationIdFromUsbPath(2, "1.4.2"), 0x02142000u);
-    EXPECT_NE(locationIdFromUsbPath(3, "1.4"), locationIdFromUsbPath(3, "1.3"));
+    EXPECT_EQ(setFeatureReportSetup(4, 1, 64), (ControlSetup{0x21, 0x09, 0x0304, 1, 64}));
+    EXPECT_EQ(getFeatureReportSetup(4, 2, 64), (ControlSetup{0xA1, 0x01, 0x0304, 2, 64}));
 }
 
 TEST_F(FakeSysfs, DriverDetachAndReattachIsNotAnUnplug)
 {
     LinuxHidRegistry registry("/dev", nullptr);
-    registry.setMatches({{0x0C45, 0x8075}, {0x0C45, 0x8006}});
     using A = DeviceEvent::Action;
+    registry.setMatches({{0x0C45, 0x8006}});  // another model: not reported
+    EXPECT_TRUE(registry.handle(hidraw(A::Add, configNode)).empty());
+    registry.setMatches({{0x0C45, 0x8075}, {0x0C45, 0x8006}});
 
-    const auto typing = registry.handle(event(A::Add, "hidraw", typingNode));
-    const auto arrived = registry.handle(event(A::Add, "hidraw", configNode));
+    const auto typing = registry.handle(hidraw(A::Add, typingNode));
+    const auto arrived = registry.handle(hidraw(A::Add, configNode));
     ASSERT_EQ(typing.size(), 1u);
     ASSERT_EQ(arrived.size(), 1u);
     const std::shared_ptr<LinuxHidDevice> handle = arrived[0].device;
-    EXPECT_TRUE(registry.handle(event(A::Add, "hidraw", configNode)).empty());  // seen twice: once only
+    EXPECT_TRUE(registry.handle(hidraw(A::Add, configNode)).empty());  // seen twice: once only
 
     // usbhid leaves interface 1 and comes back with a new hidraw node; the
     // old node's removal is delivered late, after the new one's arrival.
     const fs::path intf = usbDir / "3-1.4:1.1";
     fs::remove_all(intf / "0003:0C45:8075.0002");
-    EXPECT_EQ(findHidrawName(intf), std::nullopt);
-    EXPECT_TRUE(registry.handle(event(A::Other, "usb", intf, "usb_interface")).empty());  // unbind
+    EXPECT_TRUE(registry.handle({A::Other, "usb", "usb_interface", intf}).empty());  // unbind
     const fs::path rebound = bindHid(1, "0003", kConfigDescriptor, "hidraw5");
-    EXPECT_EQ(findHidrawName(intf), "hidraw5");
-    EXPECT_TRUE(registry.handle(event(A::Add, "hidraw", rebound)).empty());
-    EXPECT_TRUE(registry.handle(event(A::Remove, "hidraw", configNode)).empty());
+    EXPECT_TRUE(registry.handle(hidraw(A::Add, rebound)).empty());
+    EXPECT_TRUE(registry.handle(hidraw(A::Remove, configNode)).empty());
     EXPECT_EQ(handle->hidrawName(), "hidraw5");
 
     // The interface itself going is the unplug: same handle, once, and the
     // device refuses further transfers.
-    const auto removed = registry.handle(event(A::Remove, "usb", intf, "usb_interface"));
+    const auto removed = registry.handle({A::Remove, "usb", "usb_interface", intf});
     ASSERT_EQ(removed.size(), 1u);
     EXPECT_EQ(removed[0].device, handle);
     EXPECT_FALSE(removed[0].arrived);
     const uint8_t frame[64] = {4};
     EXPECT_EQ(handle->setFeatureReport(4, frame), HidResult::NotResponding);
 
-    const auto rest = registry.handle(event(A::Remove, "usb", usbDir, "usb_device"));
+    const auto rest = registry.handle({A::Remove, "usb", "usb_device", usbDir});
     ASSERT_EQ(rest.size(), 1u);
     EXPECT_EQ(rest[0].device, typing[0].device);
 }
 
-TEST_F(FakeSysfs, OtherDevicesAreNotReported)
-{
-    LinuxHidRegistry registry("/dev", nullptr);
-    registry.setMatches({{0x0C45, 0x8006}});
-    EXPECT_TRUE(registry.handle(event(DeviceEvent::Action::Add, "hidraw", configNode)).empty());
-}
-
-TEST(FeatureReportSetup, SetAndGetAddressFeatureReportOnTheInterface)
-{
-    EXPECT_EQ(setFeatureReportSetup(4, 1, 64), (ControlSetup{0x21, 0x09, 0x0304, 1, 64}));
-    EXPECT_EQ(getFeatureReportSetup(4, 2, 64), (ControlSetup{0xA1, 0x01, 0x0304, 2, 64}));
-}
-
-TEST(PermissionNotice, NamesTheFixAndIsPostedOnce)
+TEST(PermissionNotice, WithoutADoctorNamesTheRuleToInstall)
 {
     PermissionNotice notice;
-    QStringList posted;
-    notice.setSink([&](const QString& m) { posted << m; });
-    EXPECT_TRUE(notice.report("ORVANE M61", "/dev/hidraw3"));
-    EXPECT_FALSE(notice.report("ORVANE M61", "/dev/bus/usb/003/007"));
-    ASSERT_EQ(posted.size(), 1);
-    EXPECT_TRUE(posted[0].contains("ORVANE M61 (/dev/hidraw3)"));
-    EXPECT_TRUE(posted[0].contains("sudo cp packaging/70-orvane.rules /etc/udev/rules.d/ && "
-                                   "sudo udevadm control --reload && sudo udevadm trigger"));
-    EXPECT_TRUE(posted[0].contains("unplug"));
+    QString posted;
+    notice.setSink([&](const QString& m) { posted = m; });
+    notice.report("ORVANE M61", "/dev/hidraw3");
+    EXPECT_TRUE(posted.contains("ORVANE M61 (/dev/hidraw3)"));
+    EXPECT_TRUE(posted.contains("sudo cp packaging/70-orvane.rules /etc/udev/rules.d/ && "
+                                "sudo udevadm control --reload && sudo udevadm trigger"));
+    EXPECT_TRUE(posted.contains("unplug"));
 }

@@ -31,7 +31,6 @@ protected:
     void SetUp() override
     {
         ASSERT_TRUE(tmp.isValid());
-        root = fs::path(tmp.path().toStdString());
         const fs::path usb = root / "sys/bus/usb/devices/3-1.4";
         for (const auto& [name, value] : {std::pair{"idVendor", "0c45"}, {"idProduct", "8075"}, {"busnum", "3"},
                                           {"devnum", "7"}, {"product", "ORVANE M61"}})
@@ -48,7 +47,6 @@ protected:
         fs::create_directories(root / "run/systemd/seats");
         writeFile(root / "usr/lib/udev/rules.d/70-orvane.rules");
         fs::create_directory_symlink("usr/lib", root / "lib");  // a merged /usr
-
         env.sysRoot = root / "sys";
         env.devRoot = root / "dev";
         env.runRoot = root / "run";
@@ -75,11 +73,11 @@ protected:
         return found.empty() ? DoctorFinding{} : found.front();
     }
 
-    QString node(const char* name) const { return QString::fromStdString((root / "dev" / name).string()); }
-    QString path(const char* rel) const { return QString::fromStdString((root / rel).string()); }
+    QString path(const std::string& rel) const { return QString::fromStdString((root / rel).string()); }
+    QString node(const char* name) const { return path(std::string("dev/") + name); }
 
     QTemporaryDir tmp;
-    fs::path root;
+    fs::path root = tmp.path().toStdString();
     DoctorEnvironment env;
     std::set<std::string> granted{"hidraw2", "hidraw3", "007", "event0"};
 };
@@ -92,17 +90,17 @@ TEST_F(FakeMachine, AKeyboardWhoseNodesCarryTheUsersAclIsInOrder)
 {
     const DoctorReport report = inspectAccess(env);
     EXPECT_EQ(report.problemCount(), 0) << report.text().toStdString();
-    const QString text = report.text();
-    EXPECT_TRUE(text.contains("ORVANE M61 (0c45:8075) on USB 3-1.4, /sys/bus/usb/devices/3-1.4"));
+    EXPECT_TRUE(report.text().contains("ORVANE M61 (0c45:8075) on USB 3-1.4, /sys/bus/usb/devices/3-1.4"));
     const DoctorFinding hidraw = finding(report, node("hidraw3") + " (hidraw, interface 1)");
     EXPECT_EQ(hidraw.level, Level::Ok);
     EXPECT_TRUE(hidraw.text.endsWith(QString(" 0600, ACL user:%1:rw-: alice may open it.").arg(env.user.uid)))
         << hidraw.text.toStdString();
     EXPECT_EQ(finding(report, node("bus/usb/003/007") + " (usbfs, for uploads)").level, Level::Ok);
-    EXPECT_EQ(finding(report, "70-orvane.rules: udev reads it.").text, path("usr/lib/udev/rules.d/70-orvane.rules: udev reads it."));
+    EXPECT_EQ(finding(report, "70-orvane.rules: udev reads it.").text,
+              path("usr/lib/udev/rules.d/70-orvane.rules: udev reads it."));
     EXPECT_EQ(finding(report, "systemd-logind runs").level, Level::Ok);
     EXPECT_EQ(finding(report, "alice may read all 1 input devices.").level, Level::Ok);
-    EXPECT_TRUE(text.endsWith("No problems found.\n"));
+    EXPECT_TRUE(report.text().endsWith("No problems found.\n"));
 }
 
 TEST_F(FakeMachine, ANodeOfAnotherOwnerWithoutAclIsAProblemWithItsCommand)
@@ -114,21 +112,25 @@ TEST_F(FakeMachine, ANodeOfAnotherOwnerWithoutAclIsAProblemWithItsCommand)
     EXPECT_EQ(hidraw.level, Level::Problem);
     EXPECT_TRUE(hidraw.text.contains(" 0600, no ACL: alice may not open it.")) << hidraw.text.toStdString();
     EXPECT_EQ(hidraw.command, kTrigger);
-    EXPECT_EQ(finding(report, node("bus/usb/003/007")).command, kTrigger);
+    const DoctorFinding usbfs = finding(report, node("bus/usb/003/007"));
+    EXPECT_EQ(usbfs.command, kTrigger);
     // Optional, so a note and not a problem, but with its command.
     const DoctorFinding input = finding(report, "alice may read 0 of 1 input devices");
     EXPECT_EQ(input.level, Level::Note);
     EXPECT_EQ(input.command, "sudo usermod -aG input alice");
 
-    // The window's message carries this keyboard's problems and their commands.
+    // The window's message, posted once, carries this keyboard's problems;
+    // both nodes share one fix, said once after them.
     PermissionNotice notice([&](const std::string& n) { return report.problemsFor(n); });
-    QString posted;
-    notice.setSink([&](const QString& m) { posted = m; });
-    notice.report("ORVANE M61", node("hidraw3").toStdString());
-    EXPECT_TRUE(posted.startsWith(QString("Orvane Keyboard Studio is not allowed to talk to ORVANE M61 (%1).").arg(node("hidraw3"))));
-    // Both nodes share one fix, said once after them.
-    EXPECT_TRUE(posted.contains("- " + hidraw.text + "\n- " + finding(report, node("bus/usb/003/007")).text + "\n    " + kTrigger + "\n"));
-    EXPECT_TRUE(posted.contains("orvane --doctor"));
+    QStringList posted;
+    notice.setSink([&](const QString& m) { posted << m; });
+    EXPECT_TRUE(notice.report("ORVANE M61", node("hidraw3").toStdString()));
+    EXPECT_FALSE(notice.report("ORVANE M61", node("bus/usb/003/007").toStdString()));
+    ASSERT_EQ(posted.size(), 1);
+    EXPECT_TRUE(posted[0].startsWith(
+        QString("Orvane Keyboard Studio is not allowed to talk to ORVANE M61 (%1).").arg(node("hidraw3"))));
+    EXPECT_TRUE(posted[0].contains("- " + hidraw.text + "\n- " + usbfs.text + "\n    " + kTrigger + "\n"));
+    EXPECT_TRUE(posted[0].contains("orvane --doctor"));
     EXPECT_EQ(report.problemsFor("/dev/hidraw9"), "");  // another keyboard's node
 
     // Root opens every node, which says nothing of the desktop user.
@@ -144,16 +146,17 @@ TEST_F(FakeMachine, TheRuleCountsOnlyWhereUdevReadsIt)
     const QString reload = "sudo udevadm control --reload";
     const QString triggerAll = "sudo udevadm trigger --action=change --subsystem-match=usb --subsystem-match=hidraw";
     fs::remove(root / "usr/lib/udev/rules.d/70-orvane.rules");
-    EXPECT_EQ(finding(inspectAccess(env), "is not installed").command, QString("sudo cp packaging/70-orvane.rules %1/ && %2 && %3").arg(path("etc/udev/rules.d"), reload, triggerAll));
+    EXPECT_EQ(finding(inspectAccess(env), "is not installed").command,
+              QString("sudo cp packaging/70-orvane.rules %1/ && %2 && %3").arg(path("etc/udev/rules.d"), reload, triggerAll));
     env.installedByPackage = true;
     EXPECT_EQ(finding(inspectAccess(env), "is not installed").command, "sudo apt-get install --reinstall orvane-keyboard-studio");
 
-    writeFile(root / "usr/local/lib/udev/rules.d/70-orvane.rules");
+    writeFile(root / "usr/local/lib/udev/rules.d/70-orvane.rules");  // a local copy udev does not read
     const QString local = path("usr/local/lib/udev/rules.d/70-orvane.rules");
     DoctorReport report = inspectAccess(env);
     EXPECT_EQ(report.problemCount(), 1);
-    EXPECT_EQ(finding(report, local).command, QString("sudo mv %1 %2/ && %3 && %4").arg(local, path("etc/udev/rules.d"), reload, triggerAll));
-
+    EXPECT_EQ(finding(report, local).command,
+              QString("sudo mv %1 %2/ && %3 && %4").arg(local, path("etc/udev/rules.d"), reload, triggerAll));
     writeFile(root / "etc/udev/rules.d/70-orvane.rules");
     report = inspectAccess(env);
     EXPECT_EQ(report.problemCount(), 1);

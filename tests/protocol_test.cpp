@@ -4,9 +4,6 @@
 
 TEST(CommandFrame, StatusReplyProfileIsClampedToTheFiveProfiles)
 {
-    EXPECT_EQ(Protocol::clampReportedProfile(0), 1);
-    EXPECT_EQ(Protocol::clampReportedProfile(1), 1);
-    EXPECT_EQ(Protocol::clampReportedProfile(5), 5);
-    EXPECT_EQ(Protocol::clampReportedProfile(6), 5);
-    EXPECT_EQ(Protocol::clampReportedProfile(200), 5);
+    for (auto [reported, profile] : {std::pair{0, 1}, {1, 1}, {5, 5}, {6, 5}, {200, 5}})
+        EXPECT_EQ(Protocol::clampReportedProfile(reported), profile) << reported;
 }

@@ -1,6 +1,8 @@
-// Key assignments and macros in the device database: one row per key and
-// profile, a value of 0 taking a key back to its default, macros with their
-// numbered steps, and every replace, delete and save all or nothing.
+// Settings, key assignments and macros in the device database: settings
+// rows exist only under their profile and key, one assignment row per key
+// and profile, a value of 0 taking a key back to its default, macros with
+// their numbered steps, and every replace, delete and save all or nothing.
+#include "support/CapturedLines.h"
 #include "SQLite/DeviceSQLite.h"
 #include "support/StoreTestSupport.h"
 
@@ -20,6 +22,7 @@ protected:
         return queryRows(*store.db, "SELECT * FROM \"" + table + "\" ORDER BY rowid");
     }
 };
+using ConfigRecordsTest = RecordStoreTest;
 using KeyProfileStoreTest = RecordStoreTest;
 using MacroStoreTest = RecordStoreTest;
 
@@ -27,6 +30,47 @@ ProfileKey key(int profile, int code, int type, int value) { return {0, 0, profi
 RecordInfo step(int64_t macroId, int64_t type, int64_t index) { return {0, macroId, type, index, 4, "a"}; }
 
 }  // namespace
+
+TEST_F(ConfigRecordsTest, ValuesExistOnlyUnderTheirProfilesAndExactKeysAndAnUpdateNeverCreatesOne)
+{
+    EXPECT_EQ(store.getConfigData(1, "currentProfile"), "1");
+    EXPECT_EQ(store.getConfigData(5, "currentLightMode"), "1");
+    for (const auto& [profile, name] : {std::pair{2, "currentProfile"}, {6, "currentLightMode"},
+                                        {1, "CurrentProfile"}, {1, "currentprofile"}})
+        EXPECT_EQ(store.getConfigData(profile, name), "") << profile << name;
+
+    const std::string seeded = dumpDatabase(*store.db);
+    EXPECT_TRUE(store.updateConfigData(6, "disable_win", "1") && store.updateConfigData(2, "Disable_win", "1"));
+    EXPECT_EQ(dumpDatabase(*store.db), seeded);
+    EXPECT_TRUE(store.updateConfigData(2, "disable_win", "1"));
+    EXPECT_EQ(store.getConfigData(2, "disable_win"), "1");
+    EXPECT_EQ(store.getConfigData(1, "disable_win") + store.getConfigData(3, "disable_win"), "00");
+    EXPECT_EQ(countRows(*store.db, "t_configdata"), 34);
+
+    store.db->exec(R"(DROP TABLE "t_configdata")");
+    EXPECT_EQ(store.getConfigData(1, "currentProfile"), "");
+    EXPECT_FALSE(store.updateConfigData(1, "currentProfile", "2"));
+}
+
+TEST_F(ConfigRecordsTest, ProfileResetTouchesOnlyThatProfilesAssignmentsLightAndLocks)
+{
+    for (const ProfileKey& k : {key(1, 4, 1, 5), key(2, 5, 1, 6), key(2, 6, 1, 7)})
+        store.addKeyProfile(k);
+    for (int profile : {1, 2})
+        for (const char* name :
+             {"currentLightMode", "disable_gamemode", "disable_win", "disable_alttab", "disable_altf4"})
+            store.updateConfigData(profile, name, "7");
+
+    captureLines();
+    store.resetProfile(2);
+    EXPECT_EQ(capturedLines(), "");
+    EXPECT_EQ(queryRows(*store.db, R"(SELECT "profId", "keyvalue" FROM "t_keyprofile" ORDER BY rowid)"),
+              (Rows{{"1", "4"}}));
+    EXPECT_EQ(queryRows(*store.db, R"(SELECT "key", "value" FROM "t_configdata" WHERE "profId" = 2 ORDER BY rowid)"),
+              (Rows{{"currentLightMode", "1"}, {"disable_gamemode", "7"}, {"disable_win", "0"},
+                    {"disable_alttab", "0"}, {"disable_altf4", "0"}}));
+    EXPECT_EQ(store.getConfigData(1, "currentLightMode") + store.getConfigData(1, "disable_win"), "77");
+}
 
 TEST_F(KeyProfileStoreTest, AKeyHasOneRowPerProfileAndAReassignedKeyMovesToTheEnd)
 {

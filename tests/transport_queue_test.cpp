@@ -5,9 +5,10 @@
 #include "Protocol/UploadSequences.h"
 #include "support/HexBytes.h"
 #include "support/RecordingHidDevice.h"
-#include "support/ScriptedHidDevice.h"
 
 #include <QCoreApplication>
+
+#include <optional>
 #include <gtest/gtest.h>
 
 using namespace testing_support;
@@ -33,31 +34,19 @@ TEST(TransportQueue, SequencesGoOutWholeInTheOrderTheyWereHandedOver)
 {
     Rig rig;
     rig.device->recordBrackets = true;
-    std::array<uint8_t, 576> table{};
-    table[574] = 0xAA;
-    table[575] = 0x55;
     captureLines();
     rig.queue.submit(rig.comm, oneFrame("a", Protocol::Command::BeginUpload));
-    rig.queue.submit(rig.comm, UploadSequences::keyTable(1, table));
-    UploadSequences::Report settings{0x81};
-    rig.queue.submit(rig.comm, UploadSequences::systemSettings(2, settings));
+    rig.queue.submit(rig.comm, oneFrame("b", Protocol::Command::EndUpload, 1));
+    rig.queue.submit(rig.comm, UploadSequences::systemSettings(2, UploadSequences::Report{0x81}));
     EXPECT_EQ(rig.queue.pending(), 3);
     ASSERT_TRUE(rig.queue.waitForIdle(5s));
     capturedLines();
-    const auto sets = rig.device->sets();
-    ASSERT_EQ(sets.size(), 3u + 14 + 6);
-    EXPECT_EQ(sets[0], "begin");
-    EXPECT_EQ(sets[1], frame({0x04, 0x18}));
-    EXPECT_EQ(sets[2], "end");
-    EXPECT_EQ(sets[3], "begin data") << "a sequence with data reports asks for the exact path";
-    EXPECT_EQ(sets[4], frame({0x04, 0x18}));
-    EXPECT_EQ(sets[5], frame({0x04, 0x11, 0x01, 0, 0, 0, 0, 0, 0x09}));
-    EXPECT_EQ(sets[15], frame({0x04, 0x02, 0x01}));
-    EXPECT_EQ(sets[16], "end");
-    EXPECT_EQ(sets[17], "begin data") << "a single data report holds the exact path for its whole sequence";
-    EXPECT_EQ(sets[20], frame({0x81}));
-    EXPECT_EQ(sets[21], frame({0x04, 0x02}));
-    EXPECT_EQ(sets[22], "end");
+    // A sequence with data reports, even a single one, asks for the exact path for its whole length.
+    EXPECT_EQ(rig.device->sets(), (std::vector<std::string>{"begin", frame({0x04, 0x18}), "end", "begin",
+                                                            frame({0x04, 0x02, 0x01}), "end", "begin data",
+                                                            frame({0x04, 0x18}),
+                                                            frame({0x04, 0x17, 0x02, 0, 0, 0, 0, 0, 0x01}),
+                                                            frame({0x81}), frame({0x04, 0x02}), "end"}));
 }
 
 TEST(TransportQueue, AValueThatDoesNotFitItsByteIsNotSentAndALineSaysSo)
@@ -65,14 +54,11 @@ TEST(TransportQueue, AValueThatDoesNotFitItsByteIsNotSentAndALineSaysSo)
     Rig rig;
     const UploadSequences::Report block{};
     const UploadSequences::NineReports nine{};
-    std::vector<ReportSequence> refused;
-    refused.push_back(UploadSequences::keyTable(256, nine));
-    refused.push_back(UploadSequences::lightMode(-1, block));
-    refused.push_back(UploadSequences::systemSettings(300, block));
-    refused.push_back(UploadSequences::userLightColors(128, nine));
-    refused.push_back(UploadSequences::macroStore(std::vector<uint8_t>(256 * 64, 0)));
     captureLines();
-    for (ReportSequence& sequence : refused)
+    for (ReportSequence sequence : {UploadSequences::keyTable(256, nine), UploadSequences::lightMode(-1, block),
+                                    UploadSequences::systemSettings(300, block),
+                                    UploadSequences::userLightColors(128, nine),
+                                    UploadSequences::macroStore(std::vector<uint8_t>(256 * 64, 0))})
         EXPECT_FALSE(rig.queue.submit(rig.comm, std::move(sequence)));
     ASSERT_TRUE(rig.queue.waitForIdle(5s));
     EXPECT_EQ(capturedLines(), "not sent: key table 256: profile 256 does not fit a byte\n"
@@ -86,7 +72,7 @@ TEST(TransportQueue, AValueThatDoesNotFitItsByteIsNotSentAndALineSaysSo)
 TEST(TransportQueue, WhatAReplyHandlerHandsOverRunsBeforeTheRestOfThePollAndBeforeLaterWork)
 {
     Rig rig;
-    rig.device->setReplyProfile(3);
+    rig.device->replyProfile = 3;
     int seenProfile = 0;
     rig.queue.submit(rig.comm, UploadSequences::statusPoll(), [&](const TransportQueue::ExchangeResult& r) {
         seenProfile = r.reply[9];
@@ -103,22 +89,18 @@ TEST(TransportQueue, WhatAReplyHandlerHandsOverRunsBeforeTheRestOfThePollAndBefo
 TEST(TransportQueue, AReleasedTransportSkipsEveryStepButTheSequenceStillEnds)
 {
     Rig rig;
-    rig.device->closeGate();
-    bool replied = false;
-    TransportQueue::ExchangeResult seen;
+    rig.device->setGate(false);
+    std::optional<TransportQueue::ExchangeResult> seen;
     rig.queue.submit(rig.comm, oneFrame("held", Protocol::Command::BeginUpload));
-    rig.queue.submit(rig.comm, UploadSequences::statusPoll(), [&](const TransportQueue::ExchangeResult& r) {
-        replied = true;
-        seen = r;
-    });
+    rig.queue.submit(rig.comm, UploadSequences::statusPoll(), [&](const TransportQueue::ExchangeResult& r) { seen = r; });
     while (!rig.device->someoneWaitsAtGate())
         std::this_thread::yield();
     rig.comm->release();  // unplugged while the first report is in flight
-    rig.device->openGate();
+    rig.device->setGate(true);
     ASSERT_TRUE(rig.queue.waitForIdle(5s));
     EXPECT_EQ(rig.device->sets(), (std::vector<std::string>{frame({0x04, 0x18})}));
-    EXPECT_TRUE(replied) << "the poll learns that it got no reply";
-    EXPECT_FALSE(seen.sent);
+    ASSERT_TRUE(seen) << "the poll learns that it got no reply";
+    EXPECT_FALSE(seen->sent);
     EXPECT_FALSE(rig.queue.isBusy());
 }
 

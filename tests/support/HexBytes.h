@@ -1,6 +1,6 @@
 #pragma once
-// Test helpers for whole-frame comparisons: frames are written and printed as
-// hex strings so that a failing assertion shows the exact bytes.
+// Test helpers for whole-frame comparisons: frames are printed as hex strings
+// so that a failing assertion shows the exact bytes.
 
 #include <cstdint>
 #include <string>
@@ -8,8 +8,6 @@
 
 namespace testing_support {
 
-// "04 30 00 ..." or "0430..." -> bytes; spaces are ignored.
-std::vector<uint8_t> bytesFromHex(const std::string& hex);
 std::string hexFromBytes(const std::vector<uint8_t>& bytes);
 
 // A 64-byte report that is all zero but for the given leading bytes.

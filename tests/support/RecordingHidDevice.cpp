@@ -23,24 +23,17 @@ HidStatus RecordingHidDevice::getFeatureReport(uint8_t, std::span<uint8_t> buffe
     std::vector<uint8_t> reply = last_;
     reply.resize(64, 0);
     reply[3] = 0x01;
-    reply[9] = replyProfile_;
+    reply[9] = replyProfile;
     length = std::min<std::size_t>(length, 64);
     std::copy_n(reply.begin(), length, buffer.begin());
     return {};
 }
 
-void RecordingHidDevice::beginSequence(bool carriesDataReports)
+void RecordingHidDevice::record(const char* bracket)
 {
     std::lock_guard lock(mutex_);
     if (recordBrackets)
-        sets_.push_back(carriesDataReports ? "begin data" : "begin");
-}
-
-void RecordingHidDevice::endSequence()
-{
-    std::lock_guard lock(mutex_);
-    if (recordBrackets)
-        sets_.push_back("end");
+        sets_.push_back(bracket);
 }
 
 std::vector<std::string> RecordingHidDevice::sets() const
@@ -49,31 +42,13 @@ std::vector<std::string> RecordingHidDevice::sets() const
     return sets_;
 }
 
-void RecordingHidDevice::setReplyProfile(uint8_t profile)
-{
-    std::lock_guard lock(mutex_);
-    replyProfile_ = profile;
-}
-
-void RecordingHidDevice::closeGate()
-{
-    std::lock_guard lock(mutex_);
-    gateClosed_ = true;
-}
-
-void RecordingHidDevice::openGate()
+void RecordingHidDevice::setGate(bool open)
 {
     {
         std::lock_guard lock(mutex_);
-        gateClosed_ = false;
+        gateClosed_ = !open;
     }
     gateChanged_.notify_all();
-}
-
-bool RecordingHidDevice::someoneWaitsAtGate() const
-{
-    std::lock_guard lock(mutex_);
-    return waiting_ > 0;
 }
 
 }  // namespace testing_support

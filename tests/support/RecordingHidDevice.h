@@ -1,12 +1,14 @@
 #pragma once
 // A HidDeviceHandle that records every report set on it and answers each
-// read like the keyboard family does: the last frame with byte 3 = 1.
-// `gate` can hold the next set until the test opens it.
+// read like the keyboard family does: the last frame with byte 3 = 1 and
+// byte 9 = `replyProfile`. `recordBrackets` also records each sequence's
+// "begin data"/"begin" and "end". While the gate is closed, a set waits.
 
 #include "HIDDevice/Platform/HidDeviceHandle.h"
 
 #include <QVariantMap>
 
+#include <atomic>
 #include <condition_variable>
 #include <mutex>
 #include <string>
@@ -19,32 +21,27 @@ public:
     HidStatus setFeatureReport(uint8_t reportId, std::span<const uint8_t> data) override;
     HidStatus getFeatureReport(uint8_t reportId, std::span<uint8_t> buffer, std::size_t& length) override;
     QVariant property(const QString& key) const override { return properties.value(key); }
-    void beginSequence(bool carriesDataReports) override;
-    void endSequence() override;
+    void beginSequence(bool withData) override { record(withData ? "begin data" : "begin"); }
+    void endSequence() override { record("end"); }
 
-    // Hex of every set, in order; "begin data"/"begin"/"end" mark brackets
-    // when `recordBrackets` is set.
+    // Hex of every set (and bracket) in order.
     std::vector<std::string> sets() const;
-
-    // Byte 9 of every read's reply (the active profile for a status poll).
-    void setReplyProfile(uint8_t profile);
-
-    // While closed, a set waits; opening lets all waiting sets through.
-    void closeGate();
-    void openGate();
-    bool someoneWaitsAtGate() const;
+    void setGate(bool open);
+    bool someoneWaitsAtGate() const { return waiting_ > 0; }
 
     QVariantMap properties;
-    bool recordBrackets = false;
+    std::atomic<bool> recordBrackets = false;
+    std::atomic<uint8_t> replyProfile = 1;
 
 private:
+    void record(const char* bracket);
+
     mutable std::mutex mutex_;
     std::condition_variable gateChanged_;
     std::vector<std::string> sets_;
     std::vector<uint8_t> last_ = std::vector<uint8_t>(64, 0);
-    uint8_t replyProfile_ = 1;
     bool gateClosed_ = false;
-    int waiting_ = 0;
+    std::atomic<int> waiting_ = 0;
 };
 
 }  // namespace testing_support

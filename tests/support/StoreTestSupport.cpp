@@ -24,10 +24,7 @@ TempDataFolder::TempDataFolder()
     DataPaths::setDataFolderOverride(dir_.path());
 }
 
-TempDataFolder::~TempDataFolder()
-{
-    DataPaths::setDataFolderOverride({});
-}
+TempDataFolder::~TempDataFolder() { DataPaths::setDataFolderOverride({}); }
 
 std::string TempDataFolder::databasePath(const QString& fileName) const
 {
@@ -58,17 +55,17 @@ QStringList movedAside(const QString& fileName, const QString& tag)
     return files;
 }
 
-ScopedBusyTimeout::ScopedBusyTimeout(int ms) : previous_(std::exchange(StoreSupport::busyTimeoutMs, ms)) {}
-
-ScopedBusyTimeout::~ScopedBusyTimeout()
-{
-    StoreSupport::busyTimeoutMs = previous_;
-}
-
 QByteArray readAll(const std::string& path)
 {
     QFile f(QString::fromStdString(path));
     return f.open(QIODevice::ReadOnly) ? f.readAll() : QByteArray();
+}
+
+void overwrite(const std::string& path, const QByteArray& bytes)
+{
+    QFile f(QString::fromStdString(path));
+    if (!f.open(QIODevice::WriteOnly | QIODevice::Truncate) || f.write(bytes) != bytes.size())
+        throw std::runtime_error("cannot write " + path);
 }
 
 ScopedFault::ScopedFault(std::string step)
@@ -77,11 +74,6 @@ ScopedFault::ScopedFault(std::string step)
         if (reached == step)
             throw std::runtime_error("injected");
     };
-}
-
-ScopedFault::~ScopedFault()
-{
-    StoreSupport::faultHook = {};
 }
 
 Rows queryRows(SQLite::Database& db, const std::string& sql)

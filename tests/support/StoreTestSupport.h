@@ -5,12 +5,15 @@
 
 #include <SQLiteCpp/Database.h>
 
+#include "SQLite/StoreSupport.h"
+
 #include <QString>
 #include <QStringList>
 #include <QTemporaryDir>
 
 #include <string>
 #include <string_view>
+#include <utility>
 #include <vector>
 
 namespace testing_support {
@@ -19,8 +22,6 @@ class TempDataFolder {
 public:
     TempDataFolder();
     ~TempDataFolder();
-    TempDataFolder(const TempDataFolder&) = delete;
-    TempDataFolder& operator=(const TempDataFolder&) = delete;
 
     QString path() const { return dir_.path(); }
     // The full path of a store file in the database folder.
@@ -36,8 +37,6 @@ class ScopedUnprivileged {
 public:
     ScopedUnprivileged();
     ~ScopedUnprivileged();
-    ScopedUnprivileged(const ScopedUnprivileged&) = delete;
-    ScopedUnprivileged& operator=(const ScopedUnprivileged&) = delete;
 
 private:
     bool switched_ = false;
@@ -53,23 +52,23 @@ QStringList movedAside(const QString& fileName, const QString& tag);
 // While alive, stores opened wait `ms` for another program's lock.
 class ScopedBusyTimeout {
 public:
-    explicit ScopedBusyTimeout(int ms);
-    ~ScopedBusyTimeout();
+    explicit ScopedBusyTimeout(int ms) : previous_(std::exchange(StoreSupport::busyTimeoutMs, ms)) {}
+    ~ScopedBusyTimeout() { StoreSupport::busyTimeoutMs = previous_; }
 
 private:
     int previous_;
 };
 
 QByteArray readAll(const std::string& path);
+// Replaces the whole contents of the file at `path` with `bytes`.
+void overwrite(const std::string& path, const QByteArray& bytes);
 
 // While alive, the stores throw std::runtime_error("injected") when they
 // reach `step`.
 class ScopedFault {
 public:
     explicit ScopedFault(std::string step);
-    ~ScopedFault();
-    ScopedFault(const ScopedFault&) = delete;
-    ScopedFault& operator=(const ScopedFault&) = delete;
+    ~ScopedFault() { StoreSupport::faultHook = {}; }
 };
 
 using Rows = std::vector<std::vector<std::string>>;

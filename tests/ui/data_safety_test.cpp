@@ -14,6 +14,8 @@
 #include <QFile>
 #include <gtest/gtest.h>
 
+#include <functional>
+
 using namespace testing_support;
 
 namespace {
@@ -54,26 +56,43 @@ protected:
         ASSERT_TRUE(waitUntil([&] { return !controller->connectedDevice(); }));
         plug();
     }
+    void startAndPlug() { start(); plug(); }
 
-    void setLocal(const std::string& sql)
+    // Runs `body` as an ordinary user who may not write to the database folder.
+    void withReadOnlyFolder(const std::function<void()>& body)
     {
-        SQLite::Database local(folder.databasePath(kLocalDatabaseFile), SQLite::OPEN_READWRITE);
-        local.exec(sql);
+        setWritable(DataPaths::databaseFolder(), false);
+        { ScopedUnprivileged user; body(); }
+        setWritable(DataPaths::databaseFolder(), true);
+    }
+
+    // Local settings with the given version row.
+    void setVersion(const char* version)
+    {
+        SQLite::Database(folder.databasePath(kLocalDatabaseFile), SQLite::OPEN_READWRITE)
+            .exec(std::string(R"(INSERT INTO "t_localdata" VALUES ('orvane', 'version', ')") + version + "')");
     }
 
     Rows versionRows() const
     {
-        SQLite::Database local(folder.databasePath(kLocalDatabaseFile), SQLite::OPEN_READONLY);
-        return queryRows(local, R"(SELECT "value" FROM "t_localdata" WHERE "key" = 'version')");
+        const auto sql = R"(SELECT "value" FROM "t_localdata" WHERE "key" = 'version')";
+        return select(folder.databasePath(kLocalDatabaseFile), sql);
     }
-
     static Rows macros(const std::string& path)
     {
+        return select(path, R"(SELECT "macro_name" FROM "t_macro_data")");
+    }
+    Rows deviceMacros() const { return macros(folder.databasePath(kDeviceFile)); }
+    static Rows select(const std::string& path, const std::string& sql)
+    {
         SQLite::Database db(path, SQLite::OPEN_READONLY);
-        return queryRows(db, R"(SELECT "macro_name" FROM "t_macro_data")");
+        return queryRows(db, sql);
     }
 
-    QString shown() const { return controller->label_problem->isVisible() ? controller->label_problem->text() : QString(); }
+    QString shown() const
+    {
+        return controller->label_problem->isVisible() ? controller->label_problem->text() : QString();
+    }
 
     TempDataFolder folder;
     std::shared_ptr<VirtualBus> bus = std::make_shared<VirtualBus>();
@@ -89,21 +108,16 @@ TEST_F(DataSafety, ALockedOrDamagedLocalStoreLeavesTheKeyboardsFileAsItIsAndSays
     SQLite::Database other(localFile, SQLite::OPEN_READWRITE);
     other.exec("BEGIN EXCLUSIVE");
     ScopedBusyTimeout shortWait(50);
-    start();
-    plug();
-    EXPECT_EQ(macros(folder.databasePath(kDeviceFile)), (Rows{{"marker"}}));
+    startAndPlug();
+    EXPECT_EQ(deviceMacros(), (Rows{{"marker"}}));
     EXPECT_TRUE(movedAside(kDeviceFile, "old").isEmpty());
     EXPECT_TRUE(shown().contains("in use by another program")) << shown().toStdString();
     other.exec("ROLLBACK");
     controller.reset();
 
-    QFile damaged(QString::fromStdString(localFile));
-    damaged.open(QIODevice::WriteOnly | QIODevice::Truncate);
-    damaged.write(QByteArray(4096, 'x'));
-    damaged.close();
-    start();
-    plug();
-    EXPECT_EQ(macros(folder.databasePath(kDeviceFile)), (Rows{{"marker"}}));
+    overwrite(localFile, QByteArray(4096, 'x'));
+    startAndPlug();
+    EXPECT_EQ(deviceMacros(), (Rows{{"marker"}}));
     EXPECT_TRUE(movedAside(kDeviceFile, "old").isEmpty());
     ASSERT_EQ(movedAside(kLocalDatabaseFile, "damaged").size(), 1);
     EXPECT_TRUE(shown().contains(movedAside(kLocalDatabaseFile, "damaged")[0])) << shown().toStdString();
@@ -112,14 +126,13 @@ TEST_F(DataSafety, ALockedOrDamagedLocalStoreLeavesTheKeyboardsFileAsItIsAndSays
 
 TEST_F(DataSafety, AnEmptyVersionIsSetInPlaceAndTheOldKeyboardFileIsKeptAsideOnce)
 {
-    setLocal(R"(INSERT INTO "t_localdata" VALUES ('orvane', 'version', ''))");
-    start();
-    plug();
+    setVersion("");
+    startAndPlug();
     EXPECT_EQ(versionRows(), (Rows{{"1.1"}}));
     const QStringList old = movedAside(kDeviceFile, "old");
     ASSERT_EQ(old.size(), 1);
     EXPECT_EQ(macros((DataPaths::databaseFolder() + old[0]).toStdString()), (Rows{{"marker"}}));
-    EXPECT_EQ(macros(folder.databasePath(kDeviceFile)), Rows{});
+    EXPECT_EQ(deviceMacros(), Rows{});
     EXPECT_EQ(controller->deviceDB->getConfigData(1, "currentProfile"), "1");
     EXPECT_TRUE(shown().contains(old[0])) << shown().toStdString();
 
@@ -131,19 +144,13 @@ TEST_F(DataSafety, AnEmptyVersionIsSetInPlaceAndTheOldKeyboardFileIsKeptAsideOnc
 
 TEST_F(DataSafety, AKeyboardFileThatCannotBeMovedAsideIsAFailedOpeningAndIsTriedAgainNextTime)
 {
-    setLocal(R"(INSERT INTO "t_localdata" VALUES ('orvane', 'version', '1.0'))");
+    setVersion("1.0");
     start();
-    const QString dbFolder = DataPaths::databaseFolder();
-    setWritable(dbFolder, false);
-    {
-        ScopedUnprivileged user;
-        plug();
-    }
-    setWritable(dbFolder, true);
+    withReadOnlyFolder([&] { plug(); });
     EXPECT_FALSE(controller->deviceDB->db);
     EXPECT_TRUE(shown().contains("could not be moved aside")) << shown().toStdString();
     EXPECT_EQ(versionRows(), (Rows{{"1.0"}}));
-    EXPECT_EQ(macros(folder.databasePath(kDeviceFile)), (Rows{{"marker"}}));
+    EXPECT_EQ(deviceMacros(), (Rows{{"marker"}}));
 
     replug();
     EXPECT_TRUE(controller->deviceDB->isReady());
@@ -153,31 +160,21 @@ TEST_F(DataSafety, AKeyboardFileThatCannotBeMovedAsideIsAFailedOpeningAndIsTried
 
 TEST_F(DataSafety, ADamagedKeyboardFileIsFoundBesideTheFreshOne)
 {
-    setLocal(R"(INSERT INTO "t_localdata" VALUES ('orvane', 'version', '1.1'))");
-    QFile device(QString::fromStdString(folder.databasePath(kDeviceFile)));
-    device.open(QIODevice::WriteOnly | QIODevice::Truncate);
-    device.write("these are not the settings you are looking for");
-    device.close();
-    start();
-    plug();
+    setVersion("1.1");
+    const QByteArray notADatabase = "these are not the settings you are looking for";
+    overwrite(folder.databasePath(kDeviceFile), notADatabase);
+    startAndPlug();
     const QStringList damaged = movedAside(kDeviceFile, "damaged");
     ASSERT_EQ(damaged.size(), 1);
-    EXPECT_EQ(readAll((DataPaths::databaseFolder() + damaged[0]).toStdString()),
-              "these are not the settings you are looking for");
+    EXPECT_EQ(readAll((DataPaths::databaseFolder() + damaged[0]).toStdString()), notADatabase);
     EXPECT_TRUE(controller->deviceDB->isReady());
     EXPECT_TRUE(shown().contains(DataPaths::databaseFolder() + damaged[0])) << shown().toStdString();
 }
 
 TEST_F(DataSafety, AReadOnlyDataFolderIsExplainedWithTheCommandThatFixesIt)
 {
-    const QString dbFolder = DataPaths::databaseFolder();
-    setWritable(dbFolder, false);
-    {
-        ScopedUnprivileged user;
-        start();
-    }
-    setWritable(dbFolder, true);
+    withReadOnlyFolder([&] { start(); });
     EXPECT_TRUE(shown().contains("may not write")) << shown().toStdString();
     EXPECT_EQ(controller->localDB->getLocalData("orvane", "kb_61k"), "1") << "what is there can still be read";
-    EXPECT_TRUE(shown().contains("chmod -R u+w '" + QDir(dbFolder).absolutePath() + "'")) << shown().toStdString();
+    EXPECT_TRUE(shown().contains("chmod -R u+w '" + QDir(DataPaths::databaseFolder()).absolutePath() + "'")) << shown().toStdString();
 }

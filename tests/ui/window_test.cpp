@@ -3,6 +3,7 @@
 #include "View/MainWindowController.h"
 #include "View/control/ButtonView.h"
 #include "support/StoreTestSupport.h"
+#include "support/WaitUntil.h"
 
 #include <QApplication>
 #include <QTest>
@@ -53,11 +54,7 @@ TEST(Window, APermissionProblemIsShownOnceInPlainWords)
     MainController controller(MainController::Environment{[] { return std::make_unique<RefusingManager>(); }, {}});
     controller.viewDidLoad();
     controller.show();
-    for (int i = 0; i < 50 && !controller.label_problem->isVisible(); ++i) {
-        QApplication::processEvents(QEventLoop::AllEvents, 10);
-        QTest::qWait(10);
-    }
-    QTest::qWait(50);
-    ASSERT_TRUE(controller.label_problem->isVisible());
+    ASSERT_TRUE(waitUntil([&] { return controller.label_problem->isVisible(); }, 1000));
+    QTest::qWait(50);  // the second problem would be shown by now
     EXPECT_EQ(controller.label_problem->text(), "No permission to open /dev/hidraw3. Install the udev rule.");
 }
