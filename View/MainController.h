@@ -11,7 +11,8 @@
 // MainControllerHID (connection), MainControllerSQLite (stores),
 // MainControllerProfile (poll and profile), MainControllerUI (window),
 // LanguageSwitch (texts and the language menu), MainControllerSystem (menu
-// commands), MainControllerLight (the built-in light effects).
+// commands), MainControllerLight (the built-in light effects),
+// MainControllerSystemPage (the key locks).
 
 #include "HIDDevice/DeviceComm.h"
 #include "HIDDevice/HIDDevice.h"
@@ -34,6 +35,7 @@
 #include <vector>
 
 class CaseColorButton;
+class QAbstractButton;
 class DeviceSQLite;
 class ImageButton;
 class ImageTitleButton;
@@ -186,6 +188,16 @@ public:
     LightTableItemView* lightModeRowView(int row);  // made if needed
     void action_ligjhtmode_tab();
     void action_userlightmode_tab();
+
+    // ---- System page (MainControllerSystemPage) ----------------------------
+    void initSystemPage();  // builds sysset_view, hidden until its page is chosen
+    void action_keylock_swicthbtn(QAbstractButton* sender);
+    void lockGameModeKey(int tag, int btnstate);  // btnstate: 1 locked, 0 free
+    void loadSystemSetData();
+    void setHFDSystemSetData(int profile);
+    QWidget* sysset_view = nullptr;
+    // switch_lock_win (665), switch_lock_alttab (666), switch_lock_altf4 (667)
+    std::array<QAbstractButton*, 3> lockSwitches{};
 
     ImageButton* imgbtn_language = nullptr;
     LanguagePopoverViewController* languagePopover = nullptr;  // made on first use

@@ -67,4 +67,5 @@ void MainController::swicthProfile(int profileId)
         deviceDB->updateConfigData(1, QStringLiteral("currentProfile"), QString::number(profileId));
     currentProfile = profileId;
     loadBacklightData();
+    loadSystemSetData();
 }

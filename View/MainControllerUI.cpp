@@ -48,9 +48,11 @@ void MainController::InitUI()
     useChineseCapableFont();
     initLanguageButton();
     initLightPage();
+    initSystemPage();
     initLightTableData();
     action_ligjhtmode_tab();
     viewType = 2;
+    sysset_view->setVisible(viewType == 3);
     LanguageSwicth();
 }
 

@@ -1,0 +1,115 @@
+// The system page: the three key locks of the profile in use, stored per
+// profile and sent to the keyboard as one block.
+#include "View/MainController.h"
+
+#include "Protocol/SystemSettingsBlock.h"
+#include "Protocol/UploadSequences.h"
+#include "SQLite/DeviceSQLite.h"
+#include "View/control/FlippedRect.h"
+
+#include <QCheckBox>
+#include <QLabel>
+
+namespace {
+
+// Pages share one frame with their origin at (920, 98).
+constexpr int kPageX = 920;
+constexpr int kPageY = 98;
+constexpr int kPageWidth = 224;
+constexpr int kPageHeight = 540;
+constexpr int kRowTop = 56;
+constexpr int kRowHeight = 44;
+constexpr int kSwitchWidth = 44;
+constexpr int kMargin = 16;
+
+struct LockRow {
+    const char* switchName;
+    const char* labelName;
+};
+// In the order of SystemSettingsBlock::kLockSwitches.
+constexpr LockRow kLockRows[] = {
+    {"switch_lock_win", "label_lock_win"},
+    {"switch_lock_alttab", "label_lock_alttab"},
+    {"switch_lock_altf4", "label_lock_altf4"},
+};
+
+QString settingKey(std::string_view key) { return QString::fromLatin1(key.data(), qsizetype(key.size())); }
+
+}  // namespace
+
+void MainController::initSystemPage()
+{
+    sysset_view = new QWidget(this);
+    sysset_view->setObjectName(QStringLiteral("sysset_view"));
+    sysset_view->setAttribute(Qt::WA_StyledBackground);
+    sysset_view->setStyleSheet(QStringLiteral(
+        "#sysset_view { background: #ffffff; border: 1px solid #e3e6ea; border-radius: 10px; }"));
+    sysset_view->setGeometry(flippedRect(kWindowHeight, kPageX, kPageY, kPageWidth, kPageHeight));
+
+    auto* caption = new QLabel(sysset_view);
+    caption->setObjectName(QStringLiteral("label_sys_caption"));
+    caption->setGeometry(kMargin, 12, kPageWidth - 2 * kMargin, 32);
+    caption->setStyleSheet(QStringLiteral("font-weight: bold;"));
+
+    for (std::size_t i = 0; i < lockSwitches.size(); ++i) {
+        const int top = kRowTop + int(i) * kRowHeight;
+        auto* label = new QLabel(sysset_view);
+        label->setObjectName(QString::fromLatin1(kLockRows[i].labelName));
+        label->setGeometry(kMargin, top, kPageWidth - 3 * kMargin - kSwitchWidth, kRowHeight);
+        auto* lock = new QCheckBox(sysset_view);
+        lock->setObjectName(QString::fromLatin1(kLockRows[i].switchName));
+        lock->setProperty("tag", SystemSettingsBlock::kLockSwitches[i].tag);
+        lock->setGeometry(kPageWidth - kMargin - kSwitchWidth, top, kSwitchWidth, kRowHeight);
+        connect(lock, &QAbstractButton::clicked, this, [this, lock] { action_keylock_swicthbtn(lock); });
+        lockSwitches[i] = lock;
+    }
+    sysset_view->hide();
+}
+
+void MainController::action_keylock_swicthbtn(QAbstractButton* sender)
+{
+    // The switch shows its new state at once; storing and sending wait for a
+    // poll's reply that is owed, so they reach the profile the user sees.
+    const int tag = sender->property("tag").toInt();
+    const int btnstate = sender->isChecked() ? 1 : 0;
+    afterPollReply([this, tag, btnstate] { lockGameModeKey(tag, btnstate); });
+}
+
+void MainController::lockGameModeKey(int tag, int btnstate)
+{
+    const SystemSettingsBlock::LockSwitch* lock = SystemSettingsBlock::lockSwitchForTag(tag);
+    if (lock && deviceDB
+        && !deviceDB->updateConfigData(currentProfile, settingKey(lock->configKey), QString::number(btnstate))) {
+        showProblem(tr("The key lock could not be saved. Check that the data folder is writable, then try again."),
+                    QStringLiteral("store"));
+    }
+    setHFDSystemSetData(currentProfile);
+}
+
+void MainController::loadSystemSetData()
+{
+    for (QAbstractButton* lock : lockSwitches)
+        if (lock)
+            lock->setChecked(false);
+    if (deviceDB) {
+        for (std::size_t i = 0; i < lockSwitches.size(); ++i) {
+            const QString value = deviceDB->getConfigData(currentProfile,
+                                                          settingKey(SystemSettingsBlock::kLockSwitches[i].configKey));
+            if (lockSwitches[i] && SystemSettingsBlock::isLocked(value.toStdString()))
+                lockSwitches[i]->setChecked(true);
+        }
+    }
+    setHFDSystemSetData(currentProfile);
+}
+
+void MainController::setHFDSystemSetData(int profile)
+{
+    // Without the store there is nothing to send: a block of zeros would
+    // release locks the user set.
+    if (!isSendDevice || !deviceDB)
+        return;
+    const uint8_t lockByte = SystemSettingsBlock::lockByte([&](std::string_view key) {
+        return deviceDB->getConfigData(profile, settingKey(key)).toStdString();
+    });
+    submitSequence(UploadSequences::systemSettings(profile, SystemSettingsBlock::build(lockByte)));
+}
