@@ -76,7 +76,7 @@ protected:
 
 }  // namespace
 
-TEST_F(LightPage, ConnectionSendsTheStoredEffectOfTheProfileAsFiveWholeFrames)
+TEST_F(LightPage, ConnectionSendsTheStoredEffectThenTheLocksOfTheProfileAsWholeFrames)
 {
     plug();
     std::vector<std::string> sets;
@@ -89,6 +89,10 @@ TEST_F(LightPage, ConnectionSendsTheStoredEffectOfTheProfileAsFiveWholeFrames)
         hexFromBytes(report({0x01, 0, 0, 0xff, 0xff, 0, 0x0f, 0x07, 0x01, 0x0f, 0x0f, 0, 0, 0, 0xaa, 0x55})),
         hexFromBytes(report({0x04, 0x02, 0x01})),
         hexFromBytes(report({0x04, 0xf0, 0x01})),
+        hexFromBytes(report({0x04, 0x18})),
+        hexFromBytes(report({0x04, 0x17, 0x01, 0, 0, 0, 0, 0, 0x01})),
+        std::string(124, '0') + "aa55",
+        hexFromBytes(report({0x04, 0x02})),
     };
     EXPECT_EQ(sets, expected);
     EXPECT_EQ(markedRows(), std::vector<int>{0});

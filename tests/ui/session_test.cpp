@@ -197,7 +197,7 @@ TEST_F(Session, AProfilePickedWhileAPollIsOutIsKeptAfterTheKeyboardsReply)
     EXPECT_EQ(controller->currentProfile, 2);
     EXPECT_EQ(storedProfile(), "2");
     // On the wire, as one thread would have sent it: the poll, the keyboard's
-    // profile 3 taken up (its light effect), the poll's closing 0x02, and
+    // profile 3 taken up (its light effect and locks), the poll's closing 0x02, and
     // only then the user's profile 2.
     std::vector<std::string> frames;
     for (const auto& record : keyboard->recentTrace())
@@ -207,7 +207,7 @@ TEST_F(Session, AProfilePickedWhileAPollIsOutIsKeptAfterTheKeyboardsReply)
     ASSERT_NE(poll, frames.rend());
     const std::vector<std::string> tail(poll.base() - 1, frames.end());
     const std::vector<std::string> expected{
-        "043000", "041800", "041303", "010000", "040203", "04f003", "040200",
-        "041800", "041302", "010000", "040202", "04f002"};
+        "043000", "041800", "041303", "010000", "040203", "04f003", "041800", "041703", "000000", "040200",
+        "040200", "041800", "041302", "010000", "040202", "04f002", "041800", "041702", "000000", "040200"};
     EXPECT_EQ(tail, expected);
 }
