@@ -6,6 +6,7 @@
 #include "View/control/CaseColorButton.h"
 #include "View/control/FlippedRect.h"
 #include "View/control/KeyView.h"
+#include "View/control/NamedImageView.h"
 #include "View/control/KeyboardView.h"
 
 int MainController::caseColourButtonX(int tag)

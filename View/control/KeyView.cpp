@@ -31,30 +31,6 @@ void KeyView::paintEvent(QPaintEvent*)
     QPainter(this).fillRect(rect(), shownColor());
 }
 
-PictureView::PictureView(QWidget* parent) : QWidget(parent)
-{
-    setAttribute(Qt::WA_TransparentForMouseEvents);
-}
-
-void PictureView::setImageName(const QString& name)
-{
-    if (name == name_)
-        return;
-    name_ = name;
-    cache_ = {};
-    update();
-}
-
-void PictureView::paintEvent(QPaintEvent*)
-{
-    const qreal dpr = devicePixelRatioF();
-    // Drawn once per name, size and scale; a repaint only copies pixels.
-    if (cache_.isNull() || cache_.deviceIndependentSize() != QSizeF(size()) || cache_.devicePixelRatio() != dpr)
-        cache_ = NamedImage::pixmap(name_, size(), dpr);
-    if (!cache_.isNull())
-        QPainter(this).drawPixmap(0, 0, cache_);
-}
-
 FrameSelectView::FrameSelectView(QWidget* parent) : QWidget(parent)
 {
     setAttribute(Qt::WA_TransparentForMouseEvents);

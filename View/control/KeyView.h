@@ -1,7 +1,7 @@
 #pragma once
 // The plain views a KeyboardView stacks: the coloured square under each key
-// (KeyView), a named picture (PictureView) and the rubber band
-// (FrameSelectView). None of them takes pointer events; the keyboard view
+// (KeyView) and the rubber band (FrameSelectView); the pictures are
+// NamedImageViews. None of them takes pointer events; the keyboard view
 // handles those for all keys.
 
 #include <QColor>
@@ -27,22 +27,6 @@ protected:
     void paintEvent(QPaintEvent* event) override;
 };
 
-// A named image (NamedImage) drawn to the view's size, sharp at any scale.
-class PictureView : public QWidget {
-    Q_OBJECT
-public:
-    explicit PictureView(QWidget* parent = nullptr);
-
-    void setImageName(const QString& name);
-    QString imageName() const { return name_; }
-
-protected:
-    void paintEvent(QPaintEvent* event) override;
-
-private:
-    QString name_;
-    QPixmap cache_;
-};
 
 // The rubber band: a dashed frame once it is larger than a few units.
 class FrameSelectView : public QWidget {

@@ -2,6 +2,7 @@
 
 #include "View/control/FlippedRect.h"
 #include "View/control/KeyView.h"
+#include "View/control/NamedImageView.h"
 #include "View/control/SelectKeyView.h"
 
 #include <QPainter>
@@ -29,7 +30,7 @@ void KeyboardView::removeKeyboard()
         }
     kbKeyArrayHover.clear();
     kbKeyArraySelect.clear();
-    for (PictureView** picture : {&kbImageView, &kbNewView, &kbOldView}) {
+    for (NamedImageView** picture : {&kbImageView, &kbNewView, &kbOldView}) {
         delete *picture;
         *picture = nullptr;
     }
@@ -49,14 +50,14 @@ void KeyboardView::initKeyboard(int type, const QString& kb_image, std::vector<K
 
     for (KeyData& key : kbKeyArrayHover)
         key.view = new KeyView(this);
-    kbImageView = new PictureView(this);
+    kbImageView = new NamedImageView(this);
     kbImageView->setObjectName(QStringLiteral("kbImageView"));
     kbImageView->setImageName(kb_image);
     // The slide's pictures join the view only while a slide runs.
-    kbNewView = new PictureView(this);
+    kbNewView = new NamedImageView(this);
     kbNewView->setImageName(kb_image);
     kbNewView->hide();
-    kbOldView = new PictureView(this);
+    kbOldView = new NamedImageView(this);
     kbOldView->setImageName(kb_image);
     kbOldView->hide();
     for (KeyData& key : kbKeyArraySelect)
@@ -85,7 +86,7 @@ void KeyboardView::placeChildren()
         for (const KeyData& key : *keys)
             if (key.view)
                 key.view->setGeometry(keyGeometry_[size_t(key.index)].toAlignedRect());
-    for (PictureView* picture : {kbImageView, kbNewView, kbOldView})
+    for (NamedImageView* picture : {kbImageView, kbNewView, kbOldView})
         if (picture)
             picture->setGeometry(rect());
 }

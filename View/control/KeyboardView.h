@@ -21,7 +21,7 @@
 
 class FrameSelectView;
 class KeyView;
-class PictureView;
+class NamedImageView;
 class SelectKeyView;
 
 class KeyboardView : public QWidget {
@@ -59,9 +59,9 @@ public:
     bool isEvent = false;
     bool customMode = false;
     int kbType = 0;
-    PictureView* kbImageView = nullptr;
-    PictureView* kbNewView = nullptr;  // the two pictures of a slide
-    PictureView* kbOldView = nullptr;
+    NamedImageView* kbImageView = nullptr;
+    NamedImageView* kbNewView = nullptr;  // the two pictures of a slide
+    NamedImageView* kbOldView = nullptr;
     int animationIndex = 0;
     FrameSelectView* frameSelectView = nullptr;
     QPointF ptMouseDown;

@@ -15,11 +15,16 @@ void NamedImageView::setImageName(const QString& name)
     if (name == name_)
         return;
     name_ = name;
+    cache_ = {};
     update();
 }
 
 void NamedImageView::paintEvent(QPaintEvent*)
 {
-    QPainter painter(this);
-    NamedImage::paintFill(painter, *this, name_);
+    const qreal dpr = devicePixelRatioF();
+    // Drawn once per name, size and scale; a repaint only copies pixels.
+    if (cache_.isNull() || cache_.deviceIndependentSize() != QSizeF(size()) || cache_.devicePixelRatio() != dpr)
+        cache_ = NamedImage::pixmap(name_, size(), dpr);
+    if (!cache_.isNull())
+        QPainter(this).drawPixmap(0, 0, cache_);
 }

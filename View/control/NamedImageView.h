@@ -1,7 +1,8 @@
 #pragma once
-// An image view that shows a named image, rendered at the screen's scale
-// each time it paints, so it stays sharp on any display.
+// An image view that shows a named image at its own size, rendered at the
+// screen's scale, so it stays sharp on any display. Presses go through it.
 
+#include <QPixmap>
 #include <QString>
 #include <QWidget>
 
@@ -18,4 +19,5 @@ protected:
 
 private:
     QString name_;
+    QPixmap cache_;
 };

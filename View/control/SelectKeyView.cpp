@@ -1,6 +1,7 @@
 #include "View/control/SelectKeyView.h"
 
 #include "View/control/KeyView.h"
+#include "View/control/NamedImageView.h"
 
 SelectKeyView::SelectKeyView(QWidget* parent) : QWidget(parent)
 {
@@ -11,7 +12,7 @@ void SelectKeyView::ensureMarker()
 {
     if (initView)
         return;
-    imageView = new PictureView(this);
+    imageView = new NamedImageView(this);
     imageView->setImageName(QStringLiteral("key_bkg"));
     imageView->setGeometry(rect());
     imageView->hide();

@@ -4,7 +4,7 @@
 
 #include <QWidget>
 
-class PictureView;
+class NamedImageView;
 
 class SelectKeyView : public QWidget {
     Q_OBJECT
@@ -12,7 +12,7 @@ public:
     explicit SelectKeyView(QWidget* parent = nullptr);
 
     bool keyCheck = false;
-    PictureView* imageView = nullptr;
+    NamedImageView* imageView = nullptr;
     bool initView = false;
 
     void setKeyCheck(bool check);
