@@ -16,9 +16,9 @@ struct Rig {
 };
 
 std::vector<uint8_t> frame65(std::initializer_list<uint8_t> leading) { return report(leading, 65); }
-std::vector<uint8_t> slice(const std::vector<uint8_t>& v, std::size_t from = 0)
+std::vector<uint8_t> slice(const std::vector<uint8_t>& v, std::size_t at = 0)
 {
-    return {v.begin() + from, v.begin() + from + 64};
+    return {v.begin() + at, v.begin() + at + 64};
 }
 // Every step comes 10 ms after the one before it.
 Log sent(const std::vector<uint8_t>& bytes) { return {"pause 10", "set " + hexFromBytes(bytes)}; }
@@ -29,11 +29,7 @@ Log exchanged(const std::vector<uint8_t>& bytes, int times = 1)
         log.insert(log.end(), {"pause 10", "set " + hexFromBytes(bytes), "pause 10", "get"});
     return log;
 }
-Log operator+(Log a, const Log& b)
-{
-    a.insert(a.end(), b.begin(), b.end());
-    return a;
-}
+Log operator+(Log a, const Log& b) { a.insert(a.end(), b.begin(), b.end()); return a; }
 
 // A numbered payload so that a report taken from the wrong offset shows.
 std::vector<uint8_t> numbered(std::size_t size)
@@ -46,39 +42,45 @@ std::vector<uint8_t> numbered(std::size_t size)
 
 }  // namespace
 
-TEST(DeviceCommExchange, OneSetAndOneReadWhenTheReplyDoesNotAskForARepeat)
+TEST(DeviceCommExchange, ARepeatGoesOutOnceWhenTheReplyOrTheUnreadRequestAsksAndItsReplyIsKept)
 {
-    for (uint8_t status : {0x00, 0x01, 0xFE}) {
+    struct Case {
+        std::deque<ScriptedHidDevice::Reply> replies;
+        std::vector<uint8_t> request;
+        Log expected;
+    };
+    const Case cases[] = {
+        {{{report({0x04, 0x18, 0, 0x00})}}, frame65({0x04, 0x18}), exchanged(report({0x04, 0x18}))},
+        {{{report({0x04, 0x18, 0, 0x01})}}, frame65({0x04, 0x18}), exchanged(report({0x04, 0x18}))},
+        {{{report({0x04, 0x18, 0, 0xFE})}}, frame65({0x04, 0x18}), exchanged(report({0x04, 0x18}))},
+        // The repeat uses the length the first read reported.
+        {{{{0x04, 0x30, 0x00, 0xFF}}, {report({0x04, 0x30, 0, 1})}}, frame65({0x04, 0x30}),
+         exchanged(report({0x04, 0x30})) + exchanged({0x04, 0x30, 0x00, 0x00})},
+        // A failed read: the untouched copy holds the request, so its byte 3 decides.
+        {{{{}, HidResult::NotResponding}, {report({0x04, 0x02, 0, 1})}}, frame65({0x04, 0x02, 0x00, 0xFF}),
+         exchanged(report({0x04, 0x02, 0x00, 0xFF}), 2)},
+    };
+    for (const Case& c : cases) {
         Rig rig;
-        rig.device->replies = {{report({0x04, 0x18, 0, status})}};
-        EXPECT_TRUE(rig.comm.sendDeviceData(frame65({0x04, 0x18})));
-        EXPECT_EQ(rig.device->log, exchanged(report({0x04, 0x18})));
+        rig.device->replies = c.replies;
+        EXPECT_TRUE(rig.comm.sendDeviceData(c.request));
+        EXPECT_EQ(rig.device->log, c.expected);
     }
-}
 
-TEST(DeviceCommExchange, ARepeatRequestSendsTheFrameOnceMoreAndKeepsTheSecondReplyInTheBuffersHead)
-{
+    // A read that asks for a repeat: the second reply lands in the buffer's head, byte 64 untouched.
     Rig rig;
     auto request = frame65({0x04, 0x11, 0x03, 0, 0, 0, 0, 0, 0x09});
     request[64] = 0x77;
     const auto second = report({0x04, 0x11, 0x03, 0xFF, 0, 0, 0, 0, 0, 0x04});
     rig.device->replies = {{report({0x04, 0x11, 0x03, 0xFF})}, {second}};
-    const auto sentFrame = slice(request);
     EXPECT_TRUE(rig.comm.getDeviceData(request));
-    EXPECT_EQ(rig.device->log, exchanged(sentFrame, 2)) << "once more and no more";
+    // Once more and no more.
+    EXPECT_EQ(rig.device->log, exchanged(report({0x04, 0x11, 0x03, 0, 0, 0, 0, 0, 0x09}), 2));
     EXPECT_EQ(hexFromBytes(slice(request)), hexFromBytes(second));
     EXPECT_EQ(request[64], 0x77) << "byte 64 is never touched";
 }
 
-TEST(DeviceCommExchange, TheRepeatUsesTheLengthTheFirstReadReported)
-{
-    Rig rig;
-    rig.device->replies = {{{0x04, 0x30, 0x00, 0xFF}}, {report({0x04, 0x30, 0, 1})}};
-    EXPECT_TRUE(rig.comm.sendDeviceData(frame65({0x04, 0x30})));
-    EXPECT_EQ(rig.device->log, exchanged(report({0x04, 0x30})) + exchanged({0x04, 0x30, 0x00, 0x00}));
-}
-
-TEST(DeviceCommFailures, AFailedSetOrReadReportsFalseAndLeavesTheRequestInPlace)
+TEST(DeviceCommFailures, AFailedSetOrReadOrAStoppedTransportReportsFalseAndLeavesTheRequest)
 {
     for (bool setFails : {true, false}) {
         Rig rig;
@@ -89,19 +91,8 @@ TEST(DeviceCommFailures, AFailedSetOrReadReportsFalseAndLeavesTheRequestInPlace)
         EXPECT_EQ(rig.device->log, setFails ? sent(slice(buffer)) : exchanged(slice(buffer)));
         EXPECT_EQ(hexFromBytes(buffer), hexFromBytes(frame65({0x04, 0x30})));
     }
-}
 
-TEST(DeviceCommFailures, AFailedReadOfARequestWhoseByte3Is255StillRepeatsOnce)
-{
-    // The untouched copy holds the request, so its byte 3 decides.
-    Rig rig;
-    rig.device->replies = {{{}, HidResult::NotResponding}, {report({0x04, 0x02, 0, 1})}};
-    EXPECT_TRUE(rig.comm.sendDeviceData(frame65({0x04, 0x02, 0x00, 0xFF})));
-    EXPECT_EQ(rig.device->log, exchanged(report({0x04, 0x02, 0x00, 0xFF}), 2));
-}
-
-TEST(DeviceCommFailures, AStoppedTransportMakesNoDeviceCall)
-{
+    // A stopped transport makes no device call.
     Rig rig;
     rig.comm.setDeviceStatus(0);
     auto buffer = frame65({0x04, 0x30});

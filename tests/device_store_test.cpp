@@ -62,12 +62,6 @@ void addUserData(SQLite::Database& db)
         UPDATE "t_configdata" SET "value" = '3' WHERE "key" = 'currentProfile')");
 }
 
-void addUserData(const QString& fileName = kFile)
-{
-    DeviceSQLite store(fileName, false);
-    addUserData(*store.db);
-}
-
 // The operations of several statements, with the line each prints when it
 // fails.
 struct Operation {
@@ -101,16 +95,14 @@ TEST(DeviceDatabaseRules, OnlyThe68KeyModelHasAFileOfItsOwnAndOnlyAnotherVersion
     EXPECT_EQ(deviceDatabaseFileName(2), "orvane_68k_device.sqlite3");
     for (int type : {0, 1, 3, -1})
         EXPECT_EQ(deviceDatabaseFileName(type), "orvane_61k_device.sqlite3") << type;
+    using R = StoreResult;
+    using A = VersionAction;
+    // An empty row is set in place.
     const std::vector<std::pair<StoreRead, VersionCheck>> cases{
-        {{StoreResult::Missing, ""}, {true, VersionAction::Write}},
-        {{StoreResult::Ok, ""}, {true, VersionAction::Update}},  // an empty row is set in place
-        {{StoreResult::Ok, "1.1"}, {false, VersionAction::None}},
-        {{StoreResult::Ok, "1.10"}, {true, VersionAction::Update}},
-        {{StoreResult::Ok, " 1.1"}, {true, VersionAction::Update}},
-        {{StoreResult::Busy, ""}, {false, VersionAction::None}},
-        {{StoreResult::Damaged, ""}, {false, VersionAction::None}},
-        {{StoreResult::Failed, ""}, {false, VersionAction::None}},
-    };
+        {{R::Missing, ""}, {true, A::Write}}, {{R::Ok, ""}, {true, A::Update}},
+        {{R::Ok, "1.1"}, {false, A::None}}, {{R::Ok, "1.10"}, {true, A::Update}},
+        {{R::Ok, " 1.1"}, {true, A::Update}}, {{R::Busy, ""}, {false, A::None}},
+        {{R::Damaged, ""}, {false, A::None}}, {{R::Failed, ""}, {false, A::None}}};
     for (const auto& [read, expected] : cases)
         EXPECT_EQ(checkDeviceDatabaseVersion(read), expected) << int(read.result) << read.value.toStdString();
 }
@@ -146,10 +138,9 @@ TEST_F(DeviceStoreTest, NewFileHasTheEightTablesAndTheSettingsRowsSeededOnce)
          "record_id:INTEGER:1:1 macro_id:INTEGER:1:0 record_type:INTEGER:1:0 record_index:INTEGER:1:0 "
          "record_desc:TEXT:1:0 record_value:INTEGER:1:0"},
     };
-    EXPECT_EQ(queryRows(*store.db, R"(SELECT m.name, group_concat(c.name || ':' || c.type || ':' || c."notnull" ||
-                                     ':' || c.pk, ' ') FROM sqlite_master AS m, pragma_table_info(m.name) AS c
-                                     WHERE m.type = 'table' GROUP BY m.name ORDER BY m.rowid)"),
-              schema);
+    EXPECT_EQ(queryRows(*store.db, R"(SELECT m.name, group_concat(c.name || ':' || c.type || ':' || c."notnull"
+        || ':' || c.pk, ' ') FROM sqlite_master AS m, pragma_table_info(m.name) AS c WHERE m.type = 'table'
+        GROUP BY m.name ORDER BY m.rowid)"), schema);
     for (const auto& table : schema)
         EXPECT_EQ(countRows(*store.db, table[0]), table[0] == "t_configdata" ? 34 : 0) << table[0];
     EXPECT_EQ(configRows(*store.db), expectedSeedRows());
@@ -159,47 +150,37 @@ TEST_F(DeviceStoreTest, NewFileHasTheEightTablesAndTheSettingsRowsSeededOnce)
     EXPECT_EQ(configRows(*again.db), (Rows{{"20", "currentLightMode", "3", "1"}}));
 }
 
-TEST_F(DeviceStoreTest, ARebuildMovesTheOldFileAsideAndNeverOverwritesOne)
+// A rebuild moves the file aside as old, a damaged table root page as damaged;
+// a file that is not a database at all is met in the session tests.
+TEST_F(DeviceStoreTest, AnOldOrMalformedFileIsMovedAsideAsItWasAndNeverOverwritten)
 {
-    addUserData();
-    const std::string before = dumpDatabaseFile(file);
-    DeviceSQLite rebuilt(kFile, true);
-    EXPECT_TRUE(rebuilt.isReady());
-    EXPECT_EQ(configRows(*rebuilt.db), expectedSeedRows());
-    EXPECT_EQ(countRows(*rebuilt.db, "t_macro_data"), 0);
-    const QStringList old = movedAside(kFile, "old");
-    ASSERT_EQ(old.size(), 1);
-    EXPECT_TRUE(QRegularExpression(R"(^orvane_61k_device\.sqlite3\.old-\d{8}-\d{6}$)").match(old[0]).hasMatch())
-        << old[0].toStdString();
-    EXPECT_EQ(dumpDatabaseFile((DataPaths::databaseFolder() + old[0]).toStdString()), before);
-    EXPECT_TRUE(storeProblemMessage(rebuilt.health, "Settings").contains("kept as " + rebuilt.health.movedAside));
-
-    DeviceSQLite again(kFile, true);
-    EXPECT_EQ(movedAside(kFile, "old").size(), 2) << "a second rebuild within the same second keeps both";
-}
-
-// A file that is not a database at all is met in the session tests.
-TEST_F(DeviceStoreTest, AMalformedFileIsMovedAsideAndAFreshOneSeeded)
-{
-    { DeviceSQLite store(kFile, false); }
-    // The root page of a table.
-    const QByteArray damaged = readAll(file).replace(2 * 4096, 4096, QByteArray(4096, '\xff'));
-    overwrite(file, damaged);
-
-    captureLines();
-    DeviceSQLite store(kFile, false);
-    capturedLines();
-    EXPECT_TRUE(store.isReady());
-    EXPECT_EQ(configRows(*store.db), expectedSeedRows());
-    const QStringList moved = movedAside(kFile, "damaged");
-    ASSERT_EQ(moved.size(), 1);
-    EXPECT_EQ(readAll((DataPaths::databaseFolder() + moved[0]).toStdString()), damaged);
-    EXPECT_TRUE(storeProblemMessage(store.health, "Settings").contains(store.health.movedAside));
+    for (const bool rebuild : {true, false}) {
+        QFile::remove(QString::fromStdString(file));
+        addUserData(*DeviceSQLite(kFile, false).db);
+        if (!rebuild)
+            overwrite(file, readAll(file).replace(2 * 4096, 4096, QByteArray(4096, '\xff')));
+        const QByteArray before = readAll(file);
+        captureLines();
+        DeviceSQLite store(kFile, rebuild);
+        EXPECT_TRUE(!capturedLines().empty() && store.isReady());
+        EXPECT_EQ(configRows(*store.db), expectedSeedRows());
+        EXPECT_EQ(countRows(*store.db, "t_macro_data"), 0);
+        const QStringList moved = movedAside(kFile, rebuild ? "old" : "damaged");
+        ASSERT_EQ(moved.size(), 1);
+        const QRegularExpression name(R"(^orvane_61k_device\.sqlite3\.(old|damaged)-\d{8}-\d{6}$)");
+        EXPECT_TRUE(name.match(moved[0]).hasMatch()) << moved[0].toStdString();
+        EXPECT_EQ(readAll((DataPaths::databaseFolder() + moved[0]).toStdString()), before);
+        EXPECT_TRUE(storeProblemMessage(store.health, "Settings").contains("kept as " + store.health.movedAside));
+        if (rebuild) {
+            DeviceSQLite again(kFile, true);
+            EXPECT_EQ(movedAside(kFile, "old").size(), 2) << "a second rebuild within the same second keeps both";
+        }
+    }
 }
 
 TEST_F(DeviceStoreTest, ALockedFileIsLeftAsItIsAndABriefLockIsWaitedFor)
 {
-    addUserData();
+    addUserData(*DeviceSQLite(kFile, false).db);
     const std::string before = dumpDatabaseFile(file);
     SQLite::Database other(file, SQLite::OPEN_READWRITE);
     other.exec("BEGIN EXCLUSIVE");
@@ -226,10 +207,8 @@ TEST_F(DeviceStoreTest, ALockedFileIsLeftAsItIsAndABriefLockIsWaitedFor)
 
 TEST_F(DeviceStoreTest, UnopenableFolderGivesAUsableStoreWithNeutralAnswers)
 {
-    const QString blocker = folder.path() + "/blocker";
-    QFile(blocker).open(QIODevice::WriteOnly);
-    DataPaths::setDataFolderOverride(blocker);
-
+    QFile(folder.path() + "/blocker").open(QIODevice::WriteOnly);
+    DataPaths::setDataFolderOverride(folder.path() + "/blocker");
     captureLines();
     DeviceSQLite store(kFile, true);
     EXPECT_EQ(store.getConfigData(1, "currentProfile"), "");
@@ -238,8 +217,7 @@ TEST_F(DeviceStoreTest, UnopenableFolderGivesAUsableStoreWithNeutralAnswers)
     store.resetProfile(1);
     store.dropTable();
     const std::string out = capturedLines();
-    EXPECT_FALSE(store.db);
-    EXPECT_TRUE(out.starts_with("init: connect fail ")) << out;
+    EXPECT_TRUE(!store.db && out.starts_with("init: connect fail ")) << out;
     EXPECT_EQ(out.find('\n'), out.size() - 1) << "only the opening reports: " << out;
 }
 
@@ -265,10 +243,7 @@ TEST_F(DeviceStoreTest, FailedOrKilledSeedingLeavesNoHalfSeededFile)
 
     QFile::remove(QString::fromStdString(file));
     const int status = statusOfChild([] {
-        StoreSupport::faultHook = [](std::string_view step) {
-            if (step == "device.seed.12")
-                _exit(1);
-        };
+        StoreSupport::faultHook = [](std::string_view step) { if (step == "device.seed.12") _exit(1); };
         DeviceSQLite store(kFile, false);
     });
     ASSERT_TRUE(WIFEXITED(status) && WEXITSTATUS(status) == 1) << "the child was not stopped during seeding";
@@ -301,13 +276,11 @@ TEST_F(DeviceStoreTest, AFaultAtAnyStepOfAWipeOrAProfileResetLeavesTheFileAsItWa
     const std::string before = dumpDatabase(*store.db);
     for (const auto& operation : kOperations) {
         std::vector<std::string> steps;
-        {
-            DeviceSQLite other("orvane_68k_device.sqlite3", false);
-            addUserData(*other.db);
-            StoreSupport::faultHook = [&](std::string_view step) { steps.emplace_back(step); };
-            operation.run(other);
-            StoreSupport::faultHook = {};
-        }
+        DeviceSQLite other("orvane_68k_device.sqlite3", false);
+        addUserData(*other.db);
+        StoreSupport::faultHook = [&](std::string_view step) { steps.emplace_back(step); };
+        operation.run(other);
+        StoreSupport::faultHook = {};
         ASSERT_TRUE(steps.back().ends_with(".commit")) << operation.name;
         for (const auto& step : steps) {
             ScopedFault fault(step);
@@ -327,7 +300,7 @@ TEST_F(DeviceStoreTest, AnIoErrorOrAKillAtAnyWriteThroughTheCommitLeavesTheOldOr
 {
     for (const auto& operation : kOperations) {
         QFile::remove(QString::fromStdString(file));
-        addUserData();
+        addUserData(*DeviceSQLite(kFile, false).db);
         const QByteArray oldBytes = readAll(file);
         const std::string oldState = dumpDatabaseFile(file);
         { DeviceSQLite store(kFile, false); operation.run(store); }

@@ -7,6 +7,7 @@
 #include <gtest/gtest.h>
 
 #include <thread>
+#include <tuple>
 
 TEST(NotificationCenter, DeliversSynchronouslyOnThePostingThreadInOrderAndLetsAHandlerLeave)
 {
@@ -22,8 +23,7 @@ TEST(NotificationCenter, DeliversSynchronouslyOnThePostingThreadInOrderAndLetsAH
         center.removeObserver(token);  // while it is being called
     });
     center.addObserver("other", [&](const QVariant&) { calls.push_back("x"); });
-    std::thread poster([&] { center.post("ping", QStringLiteral("1")); });
-    poster.join();
+    std::thread([&] { center.post("ping", QStringLiteral("1")); }).join();
     EXPECT_EQ(calls, (std::vector<std::string>{"a1", "b"}));
     EXPECT_NE(seenOn, std::this_thread::get_id());
 
@@ -38,12 +38,10 @@ TEST(HIDDeviceProperties, MissingOrMistypedPropertiesReadAsZeroOrEmpty)
     handle->properties = {{"VendorID", 3141}, {"ProductID", QStringLiteral("32885")}, {"MaxFeatureReportSize", 64},
                           {"Product", 42}, {"LocationID", qlonglong(0x14100000)}};
     const HIDDevice device(handle);
-    EXPECT_EQ(device.vendorId, 3141);
-    EXPECT_EQ(device.productId, 0) << "a string is not a number";
-    EXPECT_EQ(device.featureSize, 64);
-    EXPECT_EQ(device.reportSize, 0);
-    EXPECT_EQ(device.id, 0x14100000);
-    EXPECT_EQ(device.name, QString()) << "a number is not a name";
+    // A string is not a number, a number is not a name.
+    EXPECT_EQ(std::tuple(device.vendorId, device.productId, device.featureSize, device.reportSize, device.id),
+              std::tuple(3141, 0, 64, 0, 0x14100000));
+    EXPECT_EQ(device.name, QString());
 
     HIDDevice out;
     EXPECT_FALSE(deviceFromNotificationObject(QVariantMap{{"device", 1}}, out));
@@ -55,31 +53,22 @@ TEST(HIDDeviceProperties, MissingOrMistypedPropertiesReadAsZeroOrEmpty)
 TEST(AppOptionsParsing, AcceptsTheDocumentedOptionsAndRefusesWhatCannotBeMeant)
 {
     QString error;
-    const auto ok = parseAppOptions({"orvane", "--demo", "K68", "--trace", "t.jsonl", "--data-dir", "d", "--quit-after",
-                                     "86400", "--screenshot", "s.png"},
-                                    error);
+    const auto ok = parseAppOptions({"orvane", "--demo", "K68", "--trace", "t.jsonl", "--data-dir", "d",
+                                     "--quit-after", "86400", "--screenshot", "s.png"}, error);
     ASSERT_TRUE(ok) << error.toStdString();
-    EXPECT_EQ(ok->demoModel, "k68");
-    EXPECT_EQ(ok->traceFile, "t.jsonl");
-    EXPECT_EQ(ok->dataDir, "d");
+    EXPECT_EQ(QStringList({ok->demoModel, ok->traceFile, ok->dataDir, ok->screenshotFile, ok->helpText}),
+              QStringList({"k68", "t.jsonl", "d", "s.png", ""}));
     EXPECT_EQ(ok->quitAfterSeconds, 86400);
-    EXPECT_EQ(ok->screenshotFile, "s.png");
-    EXPECT_TRUE(ok->helpText.isEmpty());
 
     const auto help = parseAppOptions({"orvane", "--help"}, error);
     ASSERT_TRUE(help) << "help is an answer, not an error";
     EXPECT_TRUE(help->helpText.contains("--quit-after")) << help->helpText.toStdString();
 
     const std::vector<std::pair<QStringList, const char*>> refused{
-        {{"--demo", "x99"}, "m61, w61 or k68"},
-        {{"--data-dir", ""}, "--data-dir needs a folder"},
-        {{"--quit-after", "soon"}, "soon"},
-        {{"--quit-after", "inf"}, "inf"},
-        {{"--quit-after", "nan"}, "nan"},
-        {{"--quit-after", "-1"}, "-1"},
-        {{"--quit-after", "86401"}, "86401"},
-        {{"--bogus"}, "bogus"},
-    };
+        {{"--demo", "x99"}, "m61, w61 or k68"}, {{"--data-dir", ""}, "--data-dir needs a folder"},
+        {{"--quit-after", "soon"}, "soon"},     {{"--quit-after", "inf"}, "inf"},
+        {{"--quit-after", "nan"}, "nan"},       {{"--quit-after", "-1"}, "-1"},
+        {{"--quit-after", "86401"}, "86401"},   {{"--bogus"}, "bogus"}};
     for (const auto& [arguments, said] : refused) {
         error.clear();
         EXPECT_FALSE(parseAppOptions(QStringList{"orvane"} + arguments, error)) << arguments.join(' ').toStdString();

@@ -59,25 +59,20 @@ TEST(KeyVocabulary, EveryCodeIsTheHidUsageOfItsKeyAndEveryNameAgreesAcrossMaps)
         SCOPED_TRACE(m.label);
         for (const auto& [name, record] : m.names)
             EXPECT_EQ(record.key_code, expectedCode(name)) << name.toStdString();
-        for (const KeyCodeMap* map : m.codes) {
+        for (const KeyCodeMap* map : m.codes)
             for (const auto& [code, record] : *map) {
                 EXPECT_EQ(code, expectedCode(record.key_name)) << record.key_name.toStdString();
                 const KeyNameRecord& named = m.names.at(record.key_name);
-                EXPECT_EQ(record.layout_index, named.layout_index);
-                EXPECT_EQ(record.full_name, named.full_name);
-                EXPECT_EQ(record.key_type.has_value(), named.key_type.has_value());
+                EXPECT_EQ(std::tuple(record.layout_index, record.full_name, record.key_type.has_value()),
+                          std::tuple(named.layout_index, named.full_name, named.key_type.has_value()));
             }
-        }
     }
 }
 
-TEST(KeyVocabulary, EveryKeyOfEachPictureResolvesToOneSlotOfItsModel)
+TEST(KeyVocabulary, EveryKeyOfEachPictureResolvesToOneSlotAndTheWorkingMapsFollowTheModel)
 {
-    struct Case {
-        const KeyboardModelLayout& model;
-        // pos_index differs from the layout place only on these keys.
-        std::map<QString, int> swapped;
-    };
+    // pos_index differs from the layout place only on the swapped keys.
+    struct Case { const KeyboardModelLayout& model; std::map<QString, int> swapped; };
     const std::vector<Case> cases{
         {keyboardModel61k(), {{"leftWin", 55}, {"leftAlt", 54}}},
         {keyboardModelCnc(), {{"leftWin", 55}, {"leftAlt", 54}}},
@@ -103,27 +98,24 @@ TEST(KeyVocabulary, EveryKeyOfEachPictureResolvesToOneSlotOfItsModel)
         EXPECT_EQ(layoutSlots.size(), table.size());
         EXPECT_EQ(lightSlots.size(), table.size());
     }
-}
 
-TEST(KeyVocabulary, WorkingMapsFollowTheModelShownAndAnswerNoSuchKey)
-{
+    // The working maps follow the model shown and answer "no such key".
+    // Sizes of the code map, the name map, the flag keys and the normal keys.
+    const auto sizes = [] {
+        fillFlagAndNormalKeys();
+        return std::vector{G_KB_SuperKeyCodeMap.size(), G_KB_SuperKeyNameMap.size(), G_KB_FlagKeys.size(),
+                           G_KB_NormalKeys.size()};
+    };
     selectKeyMaps(KeyMapModel::Orvane61k, CodeMapStart::Empty);
-    EXPECT_EQ(G_KB_SuperKeyCodeMap.size(), 61u);
-    EXPECT_EQ(G_KB_SuperKeyNameMap.size(), 72u);
+    EXPECT_EQ(sizes(), (std::vector<size_t>{61, 72, 8, 64}));
     EXPECT_TRUE(G_KB_SuperKeyNameMap.count("menu") && !G_KB_SuperKeyNameMap.count("backtick"));
-    fillFlagAndNormalKeys();
-    EXPECT_EQ(G_KB_FlagKeys.size(), 8u);
-    EXPECT_EQ(G_KB_NormalKeys.size(), 64u);
     EXPECT_FALSE(keyCodeRecord(0x52));  // an arrow key of the host: no row, no stop
     EXPECT_FALSE(picturePosition(0x52, 61));
 
     selectKeyMaps(KeyMapModel::Orvane68k, CodeMapStart::Empty);
-    EXPECT_EQ(G_KB_SuperKeyCodeMap.size(), 69u);
     for (const char* only61 : {"menu", "pause", "insert", "end"})
         EXPECT_FALSE(G_KB_SuperKeyNameMap.count(only61)) << only61;
-    fillFlagAndNormalKeys();
-    EXPECT_EQ(G_KB_FlagKeys.size(), 8u);
-    EXPECT_EQ(G_KB_NormalKeys.size(), 61u);
+    EXPECT_EQ(sizes(), (std::vector<size_t>{69, G_KB_SuperKeyNameMap.size(), 8, 61}));
     EXPECT_TRUE(keyCodeRecord(53));
     EXPECT_FALSE(picturePosition(53, 68));  // backtick has no place in the picture
     EXPECT_EQ(picturePosition(74, 68), 14);
@@ -140,11 +132,11 @@ TEST(KeyVocabulary, WorkingMapsFollowTheModelShownAndAnswerNoSuchKey)
 
     // Light slots that do not follow the key table slots (model, code, slot): menu,
     // rightControl and fn on the 61-key; on the 68-key escape shares 19 with backtick.
-    const std::vector<std::tuple<KeyMapModel, int, int>> cases{
+    const std::vector<std::tuple<KeyMapModel, int, int>> lights{
         {KeyMapModel::Orvane61k, 101, 96}, {KeyMapModel::Orvane61k, 228, 97}, {KeyMapModel::Orvane61k, 175, 98},
         {KeyMapModel::Orvane68k, 228, 95}, {KeyMapModel::Orvane68k, 175, 96}, {KeyMapModel::Orvane68k, 230, 98},
         {KeyMapModel::Orvane68k, 41, 19},  {KeyMapModel::Orvane68k, 53, 19}};
-    for (const auto& [model, code, light] : cases) {
+    for (const auto& [model, code, light] : lights) {
         selectKeyMaps(model, CodeMapStart::Empty);
         EXPECT_EQ(keyCodeRecord(code)->light_index, light) << code;
     }

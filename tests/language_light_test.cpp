@@ -9,6 +9,8 @@
 
 #include <gtest/gtest.h>
 
+#include <QStringList>
+
 #include <set>
 
 using namespace testing_support;
@@ -28,10 +30,8 @@ TEST(LanguageTables, BothLanguagesKnowTheSame107IdsAndSayCHSForEveryOtherId)
     EXPECT_EQ(CHSLanguage::getLan(1), "");
 
     // getLan2 serves only its own ranges; getLan hands them on.
-    EXPECT_EQ(ENGLanguage::getLan2(201), "CHS");
-    EXPECT_EQ(ENGLanguage::getLan2(360), "Record");
-    EXPECT_EQ(CHSLanguage::getLan(815), "保存到自定义模式5");
-    EXPECT_EQ(ENGLanguage::getLan(623), "OK");
+    EXPECT_EQ(QStringList({ENGLanguage::getLan2(201), ENGLanguage::getLan2(360), CHSLanguage::getLan(815),
+                           ENGLanguage::getLan(623)}), QStringList({"CHS", "Record", "保存到自定义模式5", "OK"}));
 
     EXPECT_EQ(ENGLanguage::getLan(56), ENGLanguage::getLan(200));
     EXPECT_EQ(ENGLanguage::getLan(522), ENGLanguage::getLan(590));
@@ -43,11 +43,10 @@ TEST(LanguageTables, BothLanguagesKnowTheSame107IdsAndSayCHSForEveryOtherId)
     G_Language = 1234;  // anything but 2052 is English
     EXPECT_EQ(languageText(521), "Light Set");
     G_Language = kLanguageEnglish;
-    EXPECT_EQ(profileTextId(5), 36);
-    EXPECT_EQ(profileTextId(6), 0);
+    EXPECT_EQ(std::pair(profileTextId(5), profileTextId(6)), std::pair(36, 0));
 }
 
-TEST(LightCatalogue, PairsEachStemWithTheTextOfItsRowAndRunsTo32)
+TEST(LightCatalogue, PairsEachStemWithItsRowsTextRunsTo32AndEncodesItsWireBlock)
 {
     struct Row { int mode; const char* stem; const char* english; const char* chinese; };
     const Row expected[] = {
@@ -76,10 +75,8 @@ TEST(LightCatalogue, PairsEachStemWithTheTextOfItsRowAndRunsTo32)
     for (const char* stored : {"", "abc", "3x", "1.5", "0x20", " 7"})
         EXPECT_EQ(lightModeFromStored(stored), 1) << stored;
     EXPECT_EQ(lightModeFromStored("16"), 16);
-}
 
-TEST(LightModeBlock, HoldsTheModeTheFixedSettingsAndTheMarkerAndDecodesBack)
-{
+    // The wire block holds the mode, the fixed settings and the marker, and decodes back.
     const auto block = Protocol::lightModeBlock(1);
     EXPECT_EQ(hexFromBytes({block.begin(), block.end()}),
               hexFromBytes(report({0x01, 0x00, 0x00, 0xff, 0xff, 0x00, 0x0f, 0x07, 0x01, 0x0f, 0x0f, 0x00, 0x00,

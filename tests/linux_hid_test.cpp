@@ -1,7 +1,6 @@
 // The Linux backend's bookkeeping, over a fake sysfs tree in a temp folder.
 #include "HIDDevice/HIDDevice.h"
 #include "HIDDevice/Platform/Linux/LinuxHidRegistry.h"
-#include "HIDDevice/Platform/Linux/PermissionNotice.h"
 #include "HIDDevice/Platform/Linux/UsbfsTransport.h"
 
 #include <gtest/gtest.h>
@@ -61,20 +60,18 @@ protected:
 
 }  // namespace
 
-TEST_F(FakeSysfs, PropertiesAreReadAsTheDeviceModelExpectsThem)
+TEST_F(FakeSysfs, PropertiesLocationAndReportSetupsAreWhatTheDeviceModelExpects)
 {
     const auto info = readUsbHidInterface(configNode);
     ASSERT_TRUE(info);
-    EXPECT_EQ(info->identity, "3-1.4:1.1");
-    EXPECT_EQ(info->interfaceNumber, 1);
+    EXPECT_EQ(std::tuple(info->identity, info->interfaceNumber), std::tuple("3-1.4:1.1", 1));
     EXPECT_EQ(usbfsNode("/dev", info->busNumber, info->deviceAddress), fs::path("/dev/bus/usb/003/007"));
 
     const auto device = [](const fs::path& node) {
         return HIDDevice(std::make_shared<LinuxHidDevice>(*readUsbHidInterface(node), "/dev", nullptr)); };
     const HIDDevice config = device(configNode);
-    EXPECT_EQ(config.id, 0x03140000);
-    EXPECT_TRUE(config.vendorId == 0x0C45 && config.productId == 0x8075);
-    EXPECT_EQ(config.featureSize, 64);
+    EXPECT_EQ(std::tuple(config.id, config.vendorId, config.productId, config.featureSize),
+              std::tuple(0x03140000, 0x0C45, 0x8075, 64));
     EXPECT_EQ(config.name, "ORVANE M61");
     EXPECT_TRUE(isConfigurationInterface(config));
 
@@ -83,12 +80,17 @@ TEST_F(FakeSysfs, PropertiesAreReadAsTheDeviceModelExpectsThem)
     EXPECT_EQ(device(configNode).name, "ORVANE M61 ");
 
     fs::remove(usbDir / "product");
-    const HIDDevice typing = device(typingNode);
-    EXPECT_EQ(typing.name, "");
-    EXPECT_FALSE(isConfigurationInterface(typing));
+    EXPECT_EQ(device(typingNode).name, "");
+    EXPECT_FALSE(isConfigurationInterface(device(typingNode)));
 
     fs::remove(usbDir / "idVendor");  // not a USB device we can place
     EXPECT_FALSE(readUsbHidInterface(configNode));
+
+    // Bus in the top byte of the location, then one nibble per port.
+    EXPECT_EQ(locationIdFromUsbPath(1, "1"), 0x01100000u);
+    EXPECT_EQ(locationIdFromUsbPath(2, "1.4.2"), 0x02142000u);
+    EXPECT_EQ(setFeatureReportSetup(4, 1, 64), (ControlSetup{0x21, 0x09, 0x0304, 1, 64}));
+    EXPECT_EQ(getFeatureReportSetup(4, 2, 64), (ControlSetup{0xA1, 0x01, 0x0304, 2, 64}));
 }
 
 TEST_F(FakeSysfs, AFailedReadLeavesTheCallersBufferAndLengthAndSaysWhy)
@@ -101,17 +103,7 @@ TEST_F(FakeSysfs, AFailedReadLeavesTheCallersBufferAndLengthAndSaysWhy)
     const HidStatus status = handle.getFeatureReport(4, buffer, length);
     EXPECT_EQ(status, HidResult::NotResponding);
     EXPECT_NE(status.reason().find("hidraw3"), std::string::npos) << status.reason();
-    EXPECT_EQ(length, 64u);
-    EXPECT_EQ(buffer, std::vector<uint8_t>(64, 0x5A));
-}
-
-TEST(UsbAddressing, LocationIdAndFeatureReportSetups)
-{
-    // Bus in the top byte, then one nibble per port.
-    EXPECT_EQ(locationIdFromUsbPath(1, "1"), 0x01100000u);
-    EXPECT_EQ(locationIdFromUsbPath(2, "1.4.2"), 0x02142000u);
-    EXPECT_EQ(setFeatureReportSetup(4, 1, 64), (ControlSetup{0x21, 0x09, 0x0304, 1, 64}));
-    EXPECT_EQ(getFeatureReportSetup(4, 2, 64), (ControlSetup{0xA1, 0x01, 0x0304, 2, 64}));
+    EXPECT_EQ(std::tuple(length, buffer), std::tuple(64u, std::vector<uint8_t>(64, 0x5A)));
 }
 
 TEST_F(FakeSysfs, DriverDetachAndReattachIsNotAnUnplug)
@@ -124,8 +116,7 @@ TEST_F(FakeSysfs, DriverDetachAndReattachIsNotAnUnplug)
 
     const auto typing = registry.handle(hidraw(A::Add, typingNode));
     const auto arrived = registry.handle(hidraw(A::Add, configNode));
-    ASSERT_EQ(typing.size(), 1u);
-    ASSERT_EQ(arrived.size(), 1u);
+    ASSERT_TRUE(typing.size() == 1u && arrived.size() == 1u);
     const std::shared_ptr<LinuxHidDevice> handle = arrived[0].device;
     EXPECT_TRUE(registry.handle(hidraw(A::Add, configNode)).empty());  // seen twice: once only
 
@@ -143,24 +134,11 @@ TEST_F(FakeSysfs, DriverDetachAndReattachIsNotAnUnplug)
     // device refuses further transfers.
     const auto removed = registry.handle({A::Remove, "usb", "usb_interface", intf});
     ASSERT_EQ(removed.size(), 1u);
-    EXPECT_EQ(removed[0].device, handle);
-    EXPECT_FALSE(removed[0].arrived);
+    EXPECT_TRUE(removed[0].device == handle && !removed[0].arrived);
     const uint8_t frame[64] = {4};
     EXPECT_EQ(handle->setFeatureReport(4, frame), HidResult::NotResponding);
 
     const auto rest = registry.handle({A::Remove, "usb", "usb_device", usbDir});
     ASSERT_EQ(rest.size(), 1u);
     EXPECT_EQ(rest[0].device, typing[0].device);
-}
-
-TEST(PermissionNotice, WithoutADoctorNamesTheRuleToInstall)
-{
-    PermissionNotice notice;
-    QString posted;
-    notice.setSink([&](const QString& m) { posted = m; });
-    notice.report("ORVANE M61", "/dev/hidraw3");
-    EXPECT_TRUE(posted.contains("ORVANE M61 (/dev/hidraw3)"));
-    EXPECT_TRUE(posted.contains("sudo cp packaging/70-orvane.rules /etc/udev/rules.d/ && "
-                                "sudo udevadm control --reload && sudo udevadm trigger"));
-    EXPECT_TRUE(posted.contains("unplug"));
 }

@@ -17,27 +17,20 @@ protected:
     TempDataFolder folder;
     DeviceSQLite store{"orvane_61k_device.sqlite3", false};
 
-    Rows rows(const std::string& table)
-    {
-        return queryRows(*store.db, "SELECT * FROM \"" + table + "\" ORDER BY rowid");
-    }
+    Rows rows(const std::string& t) { return queryRows(*store.db, "SELECT * FROM \"" + t + "\" ORDER BY rowid"); }
 };
-using ConfigRecordsTest = RecordStoreTest;
-using KeyProfileStoreTest = RecordStoreTest;
-using MacroStoreTest = RecordStoreTest;
 
 ProfileKey key(int profile, int code, int type, int value) { return {0, 0, profile, code, type, value, 0, 0, "d"}; }
 RecordInfo step(int64_t macroId, int64_t type, int64_t index) { return {0, macroId, type, index, 4, "a"}; }
 
 }  // namespace
 
-TEST_F(ConfigRecordsTest, ValuesExistOnlyUnderTheirProfilesAndExactKeysAndAnUpdateNeverCreatesOne)
+TEST_F(RecordStoreTest, ValuesExistOnlyUnderTheirProfilesAndExactKeysAndAnUpdateNeverCreatesOne)
 {
-    EXPECT_EQ(store.getConfigData(1, "currentProfile"), "1");
-    EXPECT_EQ(store.getConfigData(5, "currentLightMode"), "1");
-    for (const auto& [profile, name] : {std::pair{2, "currentProfile"}, {6, "currentLightMode"},
-                                        {1, "CurrentProfile"}, {1, "currentprofile"}})
-        EXPECT_EQ(store.getConfigData(profile, name), "") << profile << name;
+    for (const auto& [profile, name, value] :
+         {std::tuple{1, "currentProfile", "1"}, {5, "currentLightMode", "1"}, {2, "currentProfile", ""},
+          {6, "currentLightMode", ""}, {1, "CurrentProfile", ""}, {1, "currentprofile", ""}})
+        EXPECT_EQ(store.getConfigData(profile, name), value) << profile << name;
 
     const std::string seeded = dumpDatabase(*store.db);
     EXPECT_TRUE(store.updateConfigData(6, "disable_win", "1") && store.updateConfigData(2, "Disable_win", "1"));
@@ -52,7 +45,7 @@ TEST_F(ConfigRecordsTest, ValuesExistOnlyUnderTheirProfilesAndExactKeysAndAnUpda
     EXPECT_FALSE(store.updateConfigData(1, "currentProfile", "2"));
 }
 
-TEST_F(ConfigRecordsTest, ProfileResetTouchesOnlyThatProfilesAssignmentsLightAndLocks)
+TEST_F(RecordStoreTest, ProfileResetTouchesOnlyThatProfilesAssignmentsLightAndLocks)
 {
     for (const ProfileKey& k : {key(1, 4, 1, 5), key(2, 5, 1, 6), key(2, 6, 1, 7)})
         store.addKeyProfile(k);
@@ -64,23 +57,21 @@ TEST_F(ConfigRecordsTest, ProfileResetTouchesOnlyThatProfilesAssignmentsLightAnd
     captureLines();
     store.resetProfile(2);
     EXPECT_EQ(capturedLines(), "");
-    EXPECT_EQ(queryRows(*store.db, R"(SELECT "profId", "keyvalue" FROM "t_keyprofile" ORDER BY rowid)"),
-              (Rows{{"1", "4"}}));
+    EXPECT_EQ(queryRows(*store.db, R"(SELECT "profId", "keyvalue" FROM "t_keyprofile")"), (Rows{{"1", "4"}}));
     EXPECT_EQ(queryRows(*store.db, R"(SELECT "key", "value" FROM "t_configdata" WHERE "profId" = 2 ORDER BY rowid)"),
               (Rows{{"currentLightMode", "1"}, {"disable_gamemode", "7"}, {"disable_win", "0"},
                     {"disable_alttab", "0"}, {"disable_altf4", "0"}}));
     EXPECT_EQ(store.getConfigData(1, "currentLightMode") + store.getConfigData(1, "disable_win"), "77");
 }
 
-TEST_F(KeyProfileStoreTest, AKeyHasOneRowPerProfileAndAReassignedKeyMovesToTheEnd)
+TEST_F(RecordStoreTest, AKeyHasOneRowPerProfileAndAReassignedKeyMovesToTheEnd)
 {
     EXPECT_EQ(store.addKeyProfile({55, 0, 1, 41, 16, 1, 0, 0, "Fn"}), 1);
     EXPECT_EQ(store.addKeyProfile({0, 7, 1, 4, 11, 127, 0, 0, "Mute"}), 2);
     EXPECT_EQ(store.addKeyProfile(key(2, 41, 18, 1)), 3);
     EXPECT_EQ(store.addKeyProfile({0, 0, 1, 41, 14, 6, 227, 9, "C"}), 4);
     EXPECT_EQ(rows("t_keyprofile"), (Rows{{"2", "1", "4", "11", "127", "0", "0", "Mute"},
-                            {"3", "2", "41", "18", "1", "0", "0", "d"},
-                            {"4", "1", "41", "14", "6", "227", "9", "C"}}));
+              {"3", "2", "41", "18", "1", "0", "0", "d"}, {"4", "1", "41", "14", "6", "227", "9", "C"}}));
 
     // Appended to what the array held; the layer reads back as 0.
     std::vector<ProfileKey> found{key(9, 9, 9, 9)};
@@ -91,10 +82,10 @@ TEST_F(KeyProfileStoreTest, AKeyHasOneRowPerProfileAndAReassignedKeyMovesToTheEn
     EXPECT_TRUE(store.queryKeysProfile(3, none) && none.empty());
 }
 
-TEST_F(KeyProfileStoreTest, ValueZeroRemovesTheRowKeyZeroChangesNothingAFailureKeepsTheOldRow)
+TEST_F(RecordStoreTest, ValueZeroRemovesTheRowKeyZeroChangesNothingAFailureKeepsTheOldRow)
 {
-    store.addKeyProfile(key(1, 41, 16, 1));
-    store.addKeyProfile(key(2, 41, 16, 1));
+    for (int profile : {1, 2})
+        store.addKeyProfile(key(profile, 41, 16, 1));
     EXPECT_EQ(store.addKeyProfile(key(1, 0, 11, 127)) + store.addKeyProfile(key(1, 30, 17, 0)), 0);
     const Rows before = rows("t_keyprofile");
     EXPECT_EQ(before.size(), 2u);
@@ -115,7 +106,7 @@ TEST_F(KeyProfileStoreTest, ValueZeroRemovesTheRowKeyZeroChangesNothingAFailureK
     EXPECT_EQ(found.size(), 1u);
 }
 
-TEST_F(MacroStoreTest, ANewMacroPlaysOnceAndOnlyTheRightCallsChangeIt)
+TEST_F(RecordStoreTest, ANewMacroPlaysOnceAndOnlyTheRightCallsChangeIt)
 {
     EXPECT_EQ(store.addMacroProfile("Hello"), 1);
     EXPECT_EQ(store.addMacroProfile(""), 2);
@@ -139,7 +130,7 @@ TEST_F(MacroStoreTest, ANewMacroPlaysOnceAndOnlyTheRightCallsChangeIt)
     EXPECT_EQ(store.getMacroCount(), 2);
 }
 
-TEST_F(MacroStoreTest, StepsGoWithTheirMacroAndAFreedHighestIdIsGivenOutAgain)
+TEST_F(RecordStoreTest, StepsGoWithTheirMacroAndAFreedHighestIdIsGivenOutAgain)
 {
     for (const char* name : {"A", "B", "C"})
         store.addMacroProfile(name);
@@ -159,7 +150,7 @@ TEST_F(MacroStoreTest, StepsGoWithTheirMacroAndAFreedHighestIdIsGivenOutAgain)
     EXPECT_EQ(store.addMacroProfile("D"), 2);
 }
 
-TEST_F(MacroStoreTest, ASaveWritesInfoNameAndNumberedStepsAllOrNothing)
+TEST_F(RecordStoreTest, ASaveWritesInfoNameAndNumberedStepsAllOrNothing)
 {
     const std::vector<RecordInfo> recorded{step(0, 2, 7), {0, 0, 1, 7, 50, "50 ms"}, step(0, 3, 7)};
     EXPECT_EQ(store.saveMacro({0, 3, 1, 20, "Typing"}, recorded), 1);
@@ -181,7 +172,7 @@ TEST_F(MacroStoreTest, ASaveWritesInfoNameAndNumberedStepsAllOrNothing)
     EXPECT_EQ(dumpDatabase(*store.db), before);
 }
 
-TEST_F(MacroStoreTest, AFailedStatementSaysSoButAMissingDatabaseMatchesNothing)
+TEST_F(RecordStoreTest, AFailedStatementSaysSoButAMissingDatabaseMatchesNothing)
 {
     std::vector<MacroInfo> macroList(1);
     store.db->exec(R"(DROP TABLE "t_macro_data"; DROP TABLE "t_macrorecord")");

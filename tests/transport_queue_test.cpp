@@ -16,6 +16,7 @@ using namespace std::chrono_literals;
 
 namespace {
 
+using Frames = std::vector<std::string>;
 std::string frame(std::initializer_list<uint8_t> leading) { return hexFromBytes(report(leading)); }
 ReportSequence oneFrame(const char* name, Protocol::Command command, uint8_t target = 0)
 {
@@ -30,10 +31,12 @@ struct Rig {
 
 }  // namespace
 
-TEST(TransportQueue, SequencesGoOutWholeInTheOrderTheyWereHandedOver)
+TEST(TransportQueue, SequencesGoOutWholeInOrderAndTheQueueIsBusyFromHandOverToTheEnd)
 {
     Rig rig;
     rig.device->recordBrackets = true;
+    std::vector<bool> changes;
+    QObject::connect(&rig.queue, &TransportQueue::busyChanged, [&](bool b) { changes.push_back(b); });
     captureLines();
     rig.queue.submit(rig.comm, oneFrame("a", Protocol::Command::BeginUpload));
     rig.queue.submit(rig.comm, oneFrame("b", Protocol::Command::EndUpload, 1));
@@ -42,11 +45,13 @@ TEST(TransportQueue, SequencesGoOutWholeInTheOrderTheyWereHandedOver)
     ASSERT_TRUE(rig.queue.waitForIdle(5s));
     capturedLines();
     // A sequence with data reports, even a single one, asks for the exact path for its whole length.
-    EXPECT_EQ(rig.device->sets(), (std::vector<std::string>{"begin", frame({0x04, 0x18}), "end", "begin",
-                                                            frame({0x04, 0x02, 0x01}), "end", "begin data",
-                                                            frame({0x04, 0x18}),
-                                                            frame({0x04, 0x17, 0x02, 0, 0, 0, 0, 0, 0x01}),
-                                                            frame({0x81}), frame({0x04, 0x02}), "end"}));
+    EXPECT_EQ(rig.device->sets(), (Frames{"begin", frame({0x04, 0x18}), "end", "begin",
+                                          frame({0x04, 0x02, 0x01}), "end", "begin data", frame({0x04, 0x18}),
+                                          frame({0x04, 0x17, 0x02, 0, 0, 0, 0, 0, 0x01}), frame({0x81}),
+                                          frame({0x04, 0x02}), "end"}));
+    EXPECT_EQ(changes, (std::vector<bool>{true, false}));
+    rig.queue.submit(nullptr, oneFrame("no device", Protocol::Command::BeginUpload));
+    EXPECT_FALSE(rig.queue.isBusy()) << "nothing is handed over without a transport";
 }
 
 TEST(TransportQueue, AValueThatDoesNotFitItsByteIsNotSentAndALineSaysSo)
@@ -82,8 +87,8 @@ TEST(TransportQueue, WhatAReplyHandlerHandsOverRunsBeforeTheRestOfThePollAndBefo
     rig.queue.submit(rig.comm, oneFrame("later", Protocol::Command::SystemSet, 9));
     ASSERT_TRUE(rig.queue.waitForIdle(5s));
     EXPECT_EQ(seenProfile, 3);
-    EXPECT_EQ(rig.device->sets(), (std::vector<std::string>{frame({0x04, 0x30}), frame({0x04, 0x13, 0x03}),
-                                                           frame({0x04, 0x02}), frame({0x04, 0x17, 0x09})}));
+    EXPECT_EQ(rig.device->sets(), (Frames{frame({0x04, 0x30}), frame({0x04, 0x13, 0x03}), frame({0x04, 0x02}),
+                                          frame({0x04, 0x17, 0x09})}));
 }
 
 TEST(TransportQueue, AReleasedTransportSkipsEveryStepButTheSequenceStillEnds)
@@ -98,21 +103,8 @@ TEST(TransportQueue, AReleasedTransportSkipsEveryStepButTheSequenceStillEnds)
     rig.comm->release();  // unplugged while the first report is in flight
     rig.device->setGate(true);
     ASSERT_TRUE(rig.queue.waitForIdle(5s));
-    EXPECT_EQ(rig.device->sets(), (std::vector<std::string>{frame({0x04, 0x18})}));
+    EXPECT_EQ(rig.device->sets(), Frames{frame({0x04, 0x18})});
     ASSERT_TRUE(seen) << "the poll learns that it got no reply";
     EXPECT_FALSE(seen->sent);
     EXPECT_FALSE(rig.queue.isBusy());
-}
-
-TEST(TransportQueue, BusyFromHandOverToTheEndOfTheLastSequence)
-{
-    Rig rig;
-    std::vector<bool> changes;
-    QObject::connect(&rig.queue, &TransportQueue::busyChanged, [&](bool b) { changes.push_back(b); });
-    rig.queue.submit(rig.comm, oneFrame("a", Protocol::Command::BeginUpload));
-    rig.queue.submit(rig.comm, oneFrame("b", Protocol::Command::EndUpload));
-    ASSERT_TRUE(rig.queue.waitForIdle(5s));
-    EXPECT_EQ(changes, (std::vector<bool>{true, false}));
-    rig.queue.submit(nullptr, oneFrame("no device", Protocol::Command::BeginUpload));
-    EXPECT_FALSE(rig.queue.isBusy()) << "nothing is handed over without a transport";
 }

@@ -52,9 +52,15 @@ std::vector<std::string> upload(std::string header, const std::array<uint8_t, N>
     return out;
 }
 
+std::vector<std::string> operator+(std::vector<std::string> a, const std::vector<std::string>& b)
+{
+    a.insert(a.end(), b.begin(), b.end());
+    return a;
+}
+
 }  // namespace
 
-TEST(UploadWire, EachUploadGoesOutWholeWithItsHeaderTargetCountAndClosingFrames)
+TEST(UploadWire, EachUploadGoesOutWholeWithItsOpeningHeaderTargetCountPausesAndClosingFrames)
 {
     const auto table = numberedBlock<576>(5);
     EXPECT_EQ(wire(UploadSequences::keyTable(3, table)),
@@ -70,46 +76,34 @@ TEST(UploadWire, EachUploadGoesOutWholeWithItsHeaderTargetCountAndClosingFrames)
     const auto settings = numberedBlock<64>(1);
     EXPECT_EQ(wire(UploadSequences::systemSettings(3, settings)),
               upload(frame({0x04, 0x17, 0x03, 0, 0, 0, 0, 0, 0x01}), settings, {frame({0x04, 0x02})}));
-}
 
-TEST(UploadWire, MacroStoreHasItsOwnOpeningCountAndPauses)
-{
+    // The macro store has its own opening and count, and 30 ms pauses right before and after the data.
     const auto store = numberedBlock<128>(2);
     const auto sequence = UploadSequences::macroStore(store);
     EXPECT_EQ(wire(sequence), upload(frame({0x04, 0x15, 0x00, 0, 0, 0, 0, 0, 0x02}), store,
                                      {frame({0x04, 0x02})}, 0x19));
-    // The 30 ms pauses stand right before and after the data.
     ASSERT_EQ(sequence.steps.size(), 6u);
     for (std::size_t at : {2, 4}) {
         EXPECT_EQ(sequence.steps[at].kind, ReportStep::Kind::Sleep);
         EXPECT_EQ(sequence.steps[at].pause, 30ms);
     }
-}
 
-TEST(UploadWire, SavingAUserLightSlotSendsItsColoursThenTheModeOnTheProfileInUse)
-{
-    const auto colors = numberedBlock<576>(4);
+    // Saving a user light slot sends its colours, then the mode on the profile in use.
     const auto mode = numberedBlock<64>(0x21);
     const auto sequences = UploadSequences::userLightSave(2, colors, 3, mode);
     ASSERT_EQ(sequences.size(), 2u) << "the transport is free between the two";
-    auto expected = upload(frame({0x04, 0x23, 0x82, 0, 0, 0, 0, 0, 0x09}), colors,
-                           {frame({0x04, 0x02}), frame({0x04, 0xF0})});
-    const auto second = upload(frame({0x04, 0x13, 0x03, 0, 0, 0, 0, 0, 0x01}), mode,
-                               {frame({0x04, 0x02, 0x03}), frame({0x04, 0xF0, 0x03})});
-    expected.insert(expected.end(), second.begin(), second.end());
-    EXPECT_EQ(wire(sequences), expected);
-}
+    EXPECT_EQ(wire(sequences), upload(frame({0x04, 0x23, 0x82, 0, 0, 0, 0, 0, 0x09}), colors,
+                                      {frame({0x04, 0x02}), frame({0x04, 0xF0})})
+                                   + upload(frame({0x04, 0x13, 0x03, 0, 0, 0, 0, 0, 0x01}), mode,
+                                            {frame({0x04, 0x02, 0x03}), frame({0x04, 0xF0, 0x03})}));
 
-TEST(UploadWire, BlankingTheUserLightsSendsSixCompleteSequencesForTargets129To134)
-{
+    // Blanking the user lights sends six complete sequences, for targets 129 to 134.
     const auto blank = numberedBlock<576>(0);
-    const auto sequences = UploadSequences::userLightReset(blank);
-    ASSERT_EQ(sequences.size(), 6u);
+    const auto resets = UploadSequences::userLightReset(blank);
+    ASSERT_EQ(resets.size(), 6u);
     std::vector<std::string> expected;
-    for (uint8_t target = 129; target <= 134; ++target) {
-        const auto one = upload(frame({0x04, 0x23, target, 0, 0, 0, 0, 0, 0x09}), blank,
-                                {frame({0x04, 0x02}), frame({0x04, 0xF0})});
-        expected.insert(expected.end(), one.begin(), one.end());
-    }
-    EXPECT_EQ(wire(sequences), expected);
+    for (uint8_t target = 129; target <= 134; ++target)
+        expected = expected + upload(frame({0x04, 0x23, target, 0, 0, 0, 0, 0, 0x09}), blank,
+                                     {frame({0x04, 0x02}), frame({0x04, 0xF0})});
+    EXPECT_EQ(wire(resets), expected);
 }

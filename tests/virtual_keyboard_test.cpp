@@ -17,15 +17,6 @@ using Iface = VirtualKeyboard::Interface;
 
 namespace {
 
-// A clock the test moves by hand: every report 10 ms after the one before.
-struct SteppedClock {
-    std::shared_ptr<FirmwareModel::Time> now = std::make_shared<FirmwareModel::Time>(0);
-    VirtualKeyboard::Clock clock()
-    {
-        return [now = now] { return *now += 10ms; };
-    }
-};
-
 std::vector<uint8_t> reply(HidDeviceHandle& h, HidStatus* result = nullptr)
 {
     std::vector<uint8_t> buffer(64, 0xEE);
@@ -36,6 +27,8 @@ std::vector<uint8_t> reply(HidDeviceHandle& h, HidStatus* result = nullptr)
     buffer.resize(length);
     return buffer;
 }
+
+HidStatus readStatus(HidDeviceHandle& h) { HidStatus r; reply(h, &r); return r; }
 
 }  // namespace
 
@@ -53,9 +46,7 @@ TEST(VirtualKeyboard, ShowsTheThreeInterfacesOfARealKeyboardAndOnlyTheLastSpeaks
         EXPECT_EQ(isConfigurationInterface(d), i == 2);
         if (i < 2) {
             EXPECT_EQ(ifaces[i]->setFeatureReport(4, report({0x04, 0x30})), HidResult::BadArgument);
-            HidStatus result;
-            reply(*ifaces[i], &result);
-            EXPECT_EQ(result, HidResult::BadArgument);
+            EXPECT_EQ(readStatus(*ifaces[i]), HidResult::BadArgument);
         }
     }
     EXPECT_FALSE(ifaces[2]->property(QStringLiteral("SerialNumber")).isValid());
@@ -84,9 +75,7 @@ TEST(VirtualKeyboard, UnplugFailsTransfersWhileRemovalListenersCanStillReadPrope
     bus->unplug(kb);
     EXPECT_EQ(removed, QStringList(3, QStringLiteral("ORVANE M61")));
     EXPECT_EQ(config->setFeatureReport(4, report({0x04, 0x02})), HidResult::NotResponding);
-    HidStatus result;
-    reply(*config, &result);
-    EXPECT_EQ(result, HidResult::NotResponding);
+    EXPECT_EQ(readStatus(*config), HidResult::NotResponding);
     EXPECT_EQ(kb->setCount(), 1);
 
     bus->plug(kb);
@@ -98,14 +87,15 @@ TEST(VirtualKeyboard, TraceWritesOneFlushedJsonLinePerReport)
     QTemporaryDir dir;
     ASSERT_TRUE(dir.isValid());
     const QString path = dir.filePath(QStringLiteral("trace.jsonl"));
-    SteppedClock clock;
-    VirtualKeyboard kb(VirtualKeyboard::Model::M61, {path, 2, clock.clock()});
+    // A clock the test moves by hand: every report 10 ms after the one before.
+    const auto now = std::make_shared<FirmwareModel::Time>(0);
+    VirtualKeyboard kb(VirtualKeyboard::Model::M61, {path, 2, [now] { return *now += 10ms; }});
     const auto config = kb.interfaceHandle(Iface::Configuration);
 
     kb.setActiveProfile(3);
     config->setFeatureReport(4, report({0x04, 0x30}));
     EXPECT_EQ(hexFromBytes(reply(*config)), hexFromBytes(report({0x04, 0x30, 0, 0x01, 0, 0, 0, 0, 0, 3})));
-    *clock.now = 1234567us;
+    *now = 1234567us;
     config->setFeatureReport(4, report({0x04, 0x02}));
 
     // Read while the keyboard is still alive: each line is on disk at once.
@@ -139,24 +129,22 @@ TEST(VirtualKeyboard, KeyTableUploadOnTheRealClockWithTheHostsPacing)
         std::this_thread::sleep_for(10ms);
         return hexFromBytes(reply(*config));
     };
-    const auto sendTable = [&](const std::vector<uint8_t>& table, std::size_t reports) {
+    std::vector<uint8_t> table(576, 0);
+    table[4] = 2, table[6] = 175, table[574] = 0xAA, table[575] = 0x55;  // sum 0x01b0
+    // Opens a key table upload to profile 5 and sends `reports` of its nine.
+    const auto sendTable = [&](std::size_t reports) {
+        exchange(report({0x04, 0x18}));
+        exchange(report({0x04, 0x11, 5, 0, 0, 0, 0, 0, 9}));
         for (std::size_t i = 0; i < reports * 64; i += 64)
             send({table.begin() + i, table.begin() + i + 64});
     };
-
-    std::vector<uint8_t> table(576, 0);
-    table[4] = 2, table[6] = 175, table[574] = 0xAA, table[575] = 0x55;  // sum 0x01b0
     // An upload cut short by unplugging is forgotten, not continued.
-    exchange(report({0x04, 0x18}));
-    exchange(report({0x04, 0x11, 5, 0, 0, 0, 0, 0, 9}));
-    sendTable(table, 3);
+    sendTable(3);
     kb.setPlugged(false);
     kb.setPlugged(true);
     kb.requestRepeatOnce();
     EXPECT_EQ(exchange(report({0x04, 0x18})), hexFromBytes(report({0x04, 0x18, 0, 0xFF})));
-    exchange(report({0x04, 0x18}));
-    exchange(report({0x04, 0x11, 5, 0, 0, 0, 0, 0, 9}));
-    sendTable(table, 9);
+    sendTable(9);
     EXPECT_EQ(exchange(report({0x04, 0x02, 5})), hexFromBytes(report({0x04, 0x02, 5, 0x01, 0xB0, 0x01})));
 
     const FirmwareModel fw = kb.firmware();

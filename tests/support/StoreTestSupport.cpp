@@ -1,7 +1,6 @@
 #include "support/StoreTestSupport.h"
 
 #include "Common/DataPaths.h"
-#include "SQLite/StoreSupport.h"
 
 #include <SQLiteCpp/Statement.h>
 
@@ -19,7 +18,7 @@ TempDataFolder::TempDataFolder()
 {
     if (!dir_.isValid())
         throw std::runtime_error("no temporary folder");
-    // Open to the ordinary user that ScopedUnprivileged switches to.
+    // Open to the ordinary user that ScopedReadOnlyFolder switches to.
     ::chmod(QFile::encodeName(dir_.path()).constData(), 0777);
     DataPaths::setDataFolderOverride(dir_.path());
 }
@@ -31,21 +30,18 @@ std::string TempDataFolder::databasePath(const QString& fileName) const
     return (DataPaths::databaseFolder() + fileName).toStdString();
 }
 
-ScopedUnprivileged::ScopedUnprivileged() : switched_(::geteuid() == 0)
+ScopedReadOnlyFolder::ScopedReadOnlyFolder(QString folder) : folder_(std::move(folder)), switched_(::geteuid() == 0)
 {
+    ::chmod(QFile::encodeName(folder_).constData(), 0555);
     if (switched_ && ::seteuid(65534) != 0)
         throw std::runtime_error("cannot drop root rights");
 }
 
-ScopedUnprivileged::~ScopedUnprivileged()
+ScopedReadOnlyFolder::~ScopedReadOnlyFolder()
 {
     if (switched_)
         (void)::seteuid(0);
-}
-
-void setWritable(const QString& folder, bool writable)
-{
-    ::chmod(QFile::encodeName(folder).constData(), writable ? 0755 : 0555);
+    ::chmod(QFile::encodeName(folder_).constData(), 0755);
 }
 
 QStringList movedAside(const QString& fileName, const QString& tag)

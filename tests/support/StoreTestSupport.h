@@ -31,19 +31,17 @@ private:
     QTemporaryDir dir_;
 };
 
-// While alive, the test has the rights of an ordinary user, so that file
-// permissions hold also where the tests run as root.
-class ScopedUnprivileged {
+// While alive, `folder` may be read but not written, and the test has the
+// rights of an ordinary user, so that this holds also where tests run as root.
+class ScopedReadOnlyFolder {
 public:
-    ScopedUnprivileged();
-    ~ScopedUnprivileged();
+    explicit ScopedReadOnlyFolder(QString folder);
+    ~ScopedReadOnlyFolder();
 
 private:
-    bool switched_ = false;
+    QString folder_;
+    bool switched_;
 };
-
-// Gives everyone read access to `folder`, and its owner write access or not.
-void setWritable(const QString& folder, bool writable);
 
 // The files beside `fileName` in the database folder whose names start with
 // "<fileName>.<tag>-" (moved aside as old or damaged).

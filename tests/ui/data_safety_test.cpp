@@ -14,8 +14,6 @@
 #include <QFile>
 #include <gtest/gtest.h>
 
-#include <functional>
-
 using namespace testing_support;
 
 namespace {
@@ -28,9 +26,7 @@ protected:
     {
         // A device file with the user's own macro in it, and local settings
         // without a version row.
-        DeviceSQLite device(kDeviceFile, false);
-        device.db->exec(R"(INSERT INTO "t_macro_data" ("play_times", "delay_type", "delay_time", "macro_name")
-                           VALUES (1, 0, 10, 'marker'))");
+        DeviceSQLite(kDeviceFile, false).db->exec(R"(INSERT INTO "t_macro_data" VALUES (1, 1, 0, 10, 'marker'))");
         LocalSQLite local(kLocalDatabaseFile);
     }
 
@@ -58,41 +54,28 @@ protected:
     }
     void startAndPlug() { start(); plug(); }
 
-    // Runs `body` as an ordinary user who may not write to the database folder.
-    void withReadOnlyFolder(const std::function<void()>& body)
-    {
-        setWritable(DataPaths::databaseFolder(), false);
-        { ScopedUnprivileged user; body(); }
-        setWritable(DataPaths::databaseFolder(), true);
-    }
-
     // Local settings with the given version row.
-    void setVersion(const char* version)
+    static void setVersion(const std::string& version)
     {
-        SQLite::Database(folder.databasePath(kLocalDatabaseFile), SQLite::OPEN_READWRITE)
-            .exec(std::string(R"(INSERT INTO "t_localdata" VALUES ('orvane', 'version', ')") + version + "')");
+        select(kLocalDatabaseFile, R"(INSERT INTO "t_localdata" VALUES ('orvane', 'version', ')" + version + "')");
     }
 
-    Rows versionRows() const
+    // Runs `sql` past the stores on a file in the database folder.
+    static Rows select(const QString& file, const std::string& sql)
     {
-        const auto sql = R"(SELECT "value" FROM "t_localdata" WHERE "key" = 'version')";
-        return select(folder.databasePath(kLocalDatabaseFile), sql);
-    }
-    static Rows macros(const std::string& path)
-    {
-        return select(path, R"(SELECT "macro_name" FROM "t_macro_data")");
-    }
-    Rows deviceMacros() const { return macros(folder.databasePath(kDeviceFile)); }
-    static Rows select(const std::string& path, const std::string& sql)
-    {
-        SQLite::Database db(path, SQLite::OPEN_READONLY);
+        SQLite::Database db((DataPaths::databaseFolder() + file).toStdString(), SQLite::OPEN_READWRITE);
         return queryRows(db, sql);
     }
-
-    QString shown() const
+    static Rows versionRows()
     {
-        return controller->label_problem->isVisible() ? controller->label_problem->text() : QString();
+        return select(kLocalDatabaseFile, R"(SELECT "value" FROM "t_localdata" WHERE "key" = 'version')");
     }
+    static Rows macros(const QString& file = kDeviceFile)
+    {
+        return select(file, R"(SELECT "macro_name" FROM "t_macro_data")");
+    }
+
+    QString shown() const { return controller->label_problem->isVisible() ? controller->label_problem->text() : ""; }
 
     TempDataFolder folder;
     std::shared_ptr<VirtualBus> bus = std::make_shared<VirtualBus>();
@@ -109,7 +92,7 @@ TEST_F(DataSafety, ALockedOrDamagedLocalStoreLeavesTheKeyboardsFileAsItIsAndSays
     other.exec("BEGIN EXCLUSIVE");
     ScopedBusyTimeout shortWait(50);
     startAndPlug();
-    EXPECT_EQ(deviceMacros(), (Rows{{"marker"}}));
+    EXPECT_EQ(macros(), (Rows{{"marker"}}));
     EXPECT_TRUE(movedAside(kDeviceFile, "old").isEmpty());
     EXPECT_TRUE(shown().contains("in use by another program")) << shown().toStdString();
     other.exec("ROLLBACK");
@@ -117,7 +100,7 @@ TEST_F(DataSafety, ALockedOrDamagedLocalStoreLeavesTheKeyboardsFileAsItIsAndSays
 
     overwrite(localFile, QByteArray(4096, 'x'));
     startAndPlug();
-    EXPECT_EQ(deviceMacros(), (Rows{{"marker"}}));
+    EXPECT_EQ(macros(), (Rows{{"marker"}}));
     EXPECT_TRUE(movedAside(kDeviceFile, "old").isEmpty());
     ASSERT_EQ(movedAside(kLocalDatabaseFile, "damaged").size(), 1);
     EXPECT_TRUE(shown().contains(movedAside(kLocalDatabaseFile, "damaged")[0])) << shown().toStdString();
@@ -131,8 +114,8 @@ TEST_F(DataSafety, AnEmptyVersionIsSetInPlaceAndTheOldKeyboardFileIsKeptAsideOnc
     EXPECT_EQ(versionRows(), (Rows{{"1.1"}}));
     const QStringList old = movedAside(kDeviceFile, "old");
     ASSERT_EQ(old.size(), 1);
-    EXPECT_EQ(macros((DataPaths::databaseFolder() + old[0]).toStdString()), (Rows{{"marker"}}));
-    EXPECT_EQ(deviceMacros(), Rows{});
+    EXPECT_EQ(macros(old[0]), (Rows{{"marker"}}));
+    EXPECT_EQ(macros(), Rows{});
     EXPECT_EQ(controller->deviceDB->getConfigData(1, "currentProfile"), "1");
     EXPECT_TRUE(shown().contains(old[0])) << shown().toStdString();
 
@@ -146,11 +129,11 @@ TEST_F(DataSafety, AKeyboardFileThatCannotBeMovedAsideIsAFailedOpeningAndIsTried
 {
     setVersion("1.0");
     start();
-    withReadOnlyFolder([&] { plug(); });
+    { ScopedReadOnlyFolder readOnly(DataPaths::databaseFolder()); plug(); }
     EXPECT_FALSE(controller->deviceDB->db);
     EXPECT_TRUE(shown().contains("could not be moved aside")) << shown().toStdString();
     EXPECT_EQ(versionRows(), (Rows{{"1.0"}}));
-    EXPECT_EQ(deviceMacros(), (Rows{{"marker"}}));
+    EXPECT_EQ(macros(), (Rows{{"marker"}}));
 
     replug();
     EXPECT_TRUE(controller->deviceDB->isReady());
@@ -173,7 +156,7 @@ TEST_F(DataSafety, ADamagedKeyboardFileIsFoundBesideTheFreshOne)
 
 TEST_F(DataSafety, AReadOnlyDataFolderIsExplainedWithTheCommandThatFixesIt)
 {
-    withReadOnlyFolder([&] { start(); });
+    { ScopedReadOnlyFolder readOnly(DataPaths::databaseFolder()); start(); }
     EXPECT_TRUE(shown().contains("may not write")) << shown().toStdString();
     EXPECT_EQ(controller->localDB->getLocalData("orvane", "kb_61k"), "1") << "what is there can still be read";
     EXPECT_TRUE(shown().contains("chmod -R u+w '" + QDir(DataPaths::databaseFolder()).absolutePath() + "'")) << shown().toStdString();

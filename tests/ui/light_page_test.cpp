@@ -37,6 +37,7 @@ protected:
         controller = std::make_unique<MainController>(env);
         controller->viewDidLoad();
         controller->show();
+        plug();
     }
 
     void plug()
@@ -46,6 +47,7 @@ protected:
     }
 
     void settle() { ASSERT_TRUE(controller->transport().waitForIdle(std::chrono::seconds(5))); }
+
     void unplug()
     {
         bus->unplug(keyboard);
@@ -78,22 +80,17 @@ protected:
 
 TEST_F(LightPage, ConnectionSendsTheStoredEffectThenTheLocksOfTheProfileAsWholeFrames)
 {
-    plug();
     std::vector<std::string> sets;
     for (const TraceRecord& r : keyboard->recentTrace())
         if (r.op == TraceRecord::Op::Set)
             sets.push_back(hexFromBytes({r.data.begin(), r.data.end()}));
+    const auto frame = [](std::initializer_list<uint8_t> leading) { return hexFromBytes(report(leading)); };
     const std::vector<std::string> expected{
-        hexFromBytes(report({0x04, 0x18})),
-        hexFromBytes(report({0x04, 0x13, 0x01, 0, 0, 0, 0, 0, 0x01})),
-        hexFromBytes(report({0x01, 0, 0, 0xff, 0xff, 0, 0x0f, 0x07, 0x01, 0x0f, 0x0f, 0, 0, 0, 0xaa, 0x55})),
-        hexFromBytes(report({0x04, 0x02, 0x01})),
-        hexFromBytes(report({0x04, 0xf0, 0x01})),
-        hexFromBytes(report({0x04, 0x18})),
-        hexFromBytes(report({0x04, 0x17, 0x01, 0, 0, 0, 0, 0, 0x01})),
-        std::string(124, '0') + "aa55",
-        hexFromBytes(report({0x04, 0x02})),
-    };
+        frame({0x04, 0x18}), frame({0x04, 0x13, 0x01, 0, 0, 0, 0, 0, 0x01}),
+        frame({0x01, 0, 0, 0xff, 0xff, 0, 0x0f, 0x07, 0x01, 0x0f, 0x0f, 0, 0, 0, 0xaa, 0x55}),
+        frame({0x04, 0x02, 0x01}), frame({0x04, 0xf0, 0x01}),
+        frame({0x04, 0x18}), frame({0x04, 0x17, 0x01, 0, 0, 0, 0, 0, 0x01}), std::string(124, '0') + "aa55",
+        frame({0x04, 0x02})};
     EXPECT_EQ(sets, expected);
     EXPECT_EQ(markedRows(), std::vector<int>{0});
     EXPECT_TRUE(keyboard->protocolErrors().isEmpty()) << keyboard->protocolErrors().join("\n").toStdString();
@@ -101,7 +98,6 @@ TEST_F(LightPage, ConnectionSendsTheStoredEffectThenTheLocksOfTheProfileAsWholeF
 
 TEST_F(LightPage, PickingEffect32InProfile2ChangesProfile2OnlyAndIsStored)
 {
-    plug();
     keyboard->setActiveProfile(2);
     controller->pollKeyboardProfile();
     settle();
@@ -126,7 +122,6 @@ TEST_F(LightPage, PickingEffect32InProfile2ChangesProfile2OnlyAndIsStored)
 
 TEST_F(LightPage, AStoredModeIsMarkedAndSentAndAnUnreadableOneRunsEffect1)
 {
-    plug();
     unplug();
     controller->deviceDB->updateConfigData(1, "currentLightMode", "32");
     plug();
@@ -149,7 +144,6 @@ TEST_F(LightPage, AStoredModeIsMarkedAndSentAndAnUnreadableOneRunsEffect1)
 
 TEST_F(LightPage, TheLanguageMenuRelabelsEveryTextStoresTheChoiceAndSendsNothing)
 {
-    plug();
     clickRow(6);
     const int sets = keyboard->setCount();
     controller->timetickcount = 0;
@@ -165,12 +159,9 @@ TEST_F(LightPage, TheLanguageMenuRelabelsEveryTextStoresTheChoiceAndSendsNothing
     EXPECT_EQ(controller->imgbtn_language->cur_normal_name, "sys_btn_cn_n");
     EXPECT_EQ(controller->localDB->getLocalData("orvane", "language"), "zh-Hans-CN");
     int labelled = 0;
-    for (const LabelledControl& c : labelledControls()) {
-        if (auto* w = controller->findChild<QWidget*>(c.objectName)) {
+    for (const LabelledControl& c : labelledControls())
+        if (auto* w = controller->findChild<QWidget*>(c.objectName); w && ++labelled)
             EXPECT_EQ(w->property("text").toString(), CHSLanguage::getLan(c.textId)) << c.objectName;
-            ++labelled;
-        }
-    }
     EXPECT_GE(labelled, 2);
     for (int row = 0; row < kLightModeRows; ++row)
         EXPECT_EQ(controller->lightModeRowView(row)->textView->text(),
