@@ -2,6 +2,7 @@
 // per profile, and sending it to the keyboard.
 #include "View/MainController.h"
 
+#include "View/PageFrame.h"
 #include "Common/LightModeCatalogue.h"
 #include "Language/Language.h"
 #include "Protocol/LightModeBlock.h"
@@ -16,11 +17,7 @@
 
 namespace {
 
-// The page's frame; pages sit with their origin at (920, 98).
-constexpr int kPageX = 920;
-constexpr int kPageY = 98;
-constexpr int kPageWidth = 224;
-constexpr int kPageHeight = 540;
+using namespace PageFrame;
 constexpr int kTabRowHeight = 52;
 
 const QString kLightModeKey = QStringLiteral("currentLightMode");
@@ -31,12 +28,7 @@ QString keyString(const char* key) { return QString::fromLatin1(key); }
 
 void MainController::initLightPage()
 {
-    light_view = new QWidget(this);
-    light_view->setObjectName(QStringLiteral("light_view"));
-    light_view->setAttribute(Qt::WA_StyledBackground);
-    light_view->setStyleSheet(QStringLiteral(
-        "#light_view { background: #ffffff; border: 1px solid #e3e6ea; border-radius: 10px; }"));
-    light_view->setGeometry(flippedRect(kWindowHeight, kPageX, kPageY, kPageWidth, kPageHeight));
+    light_view = makePageView(this, QStringLiteral("light_view"));
 
     light_mode_tab = new ImageTitleButton(light_view);
     light_mode_tab->setObjectName(QStringLiteral("light_mode_tab"));

@@ -2,21 +2,17 @@
 // profile and sent to the keyboard as one block.
 #include "View/MainController.h"
 
+#include "View/PageFrame.h"
 #include "Protocol/SystemSettingsBlock.h"
 #include "Protocol/UploadSequences.h"
 #include "SQLite/DeviceSQLite.h"
-#include "View/control/FlippedRect.h"
 
 #include <QCheckBox>
 #include <QLabel>
 
 namespace {
 
-// Pages share one frame with their origin at (920, 98).
-constexpr int kPageX = 920;
-constexpr int kPageY = 98;
-constexpr int kPageWidth = 224;
-constexpr int kPageHeight = 540;
+using namespace PageFrame;
 constexpr int kRowTop = 56;
 constexpr int kRowHeight = 44;
 constexpr int kSwitchWidth = 44;
@@ -39,12 +35,7 @@ QString settingKey(std::string_view key) { return QString::fromLatin1(key.data()
 
 void MainController::initSystemPage()
 {
-    sysset_view = new QWidget(this);
-    sysset_view->setObjectName(QStringLiteral("sysset_view"));
-    sysset_view->setAttribute(Qt::WA_StyledBackground);
-    sysset_view->setStyleSheet(QStringLiteral(
-        "#sysset_view { background: #ffffff; border: 1px solid #e3e6ea; border-radius: 10px; }"));
-    sysset_view->setGeometry(flippedRect(kWindowHeight, kPageX, kPageY, kPageWidth, kPageHeight));
+    sysset_view = makePageView(this, QStringLiteral("sysset_view"));
 
     auto* caption = new QLabel(sysset_view);
     caption->setObjectName(QStringLiteral("label_sys_caption"));
