@@ -13,6 +13,7 @@ ORVANE_PACKAGES=(
   libgtest-dev libgmock-dev libbenchmark-dev
   fonts-noto-cjk
   librsvg2-bin
+  ccache
 )
 
 # What scripts/test adds: the validators of the desktop entry and AppStream file.
