@@ -12,7 +12,8 @@
 // MainControllerProfile (poll and profile), MainControllerUI (window),
 // LanguageSwitch (texts and the language menu), MainControllerSystem (menu
 // commands), MainControllerLight (the built-in light effects),
-// MainControllerSystemPage (the key locks).
+// MainControllerSystemPage (the key locks), MainControllerMacro (the macro
+// page and the macro store).
 
 #include "HIDDevice/DeviceComm.h"
 #include "HIDDevice/HIDDevice.h"
@@ -21,6 +22,7 @@
 
 #include <QLabel>
 #include <QList>
+#include <QPointer>
 #include <QTimer>
 #include <QVariantMap>
 #include <QWidget>
@@ -44,6 +46,9 @@ struct KeyboardModelLayout;
 class LanguagePopoverViewController;
 class LightTableItemView;
 class LocalSQLite;
+class IconButton;
+class MacroWindowController;
+struct ProfileKey;
 class QListWidget;
 struct StoreHealth;
 
@@ -210,6 +215,32 @@ public:
     QList<QVariantMap> light_mode_datas;           // "icon_n", "icon_h", "icon_s", "text", "mode"
     bool userlightmode_show = false;
 
+    // ---- Macro page and macro store (MainControllerMacro) -------------------
+    void initMacroPage();  // builds macro_view, hidden until its page is chosen
+    void setMacroPageTexts();
+    void registerMacroNotifications();
+    void loadMacroData();
+    void UpdateMacroInfo();
+    void MacroTableViewButton(const QVariant& object);    // "type" 1 delete, 2 edit; "index"
+    void SubMenuItemMacroAction(const QVariant& object);  // "type" 1 opens the window; "macroid"
+    void MacroFunctionAction(const QVariant& object);     // the macro id: binds it to currentKeyValue
+    void action_macro_newmacro();
+    // The one write path of every key assignment (MainControllerKeyFunc):
+    // stores `keydata` for currentKeyValue in the profile in use, shows it on
+    // the key and uploads the profile's key table.
+    void addCustomKey(ProfileKey& keydata);
+    // Sends the whole store; refuses, with a note in the window, a library
+    // that would not fit the keyboard.
+    void SaveMacroToKeyboard();
+    // Takes back the message of `topic`, so a newer one can be shown.
+    void withdrawProblem(const QString& topic);
+    QWidget* macro_view = nullptr;
+    QLabel* label_macro_caption = nullptr;
+    IconButton* btn_macro_newmacro = nullptr;
+    QListWidget* macro_table = nullptr;   // identifier "macrotable"
+    QList<QVariantMap> macro_datas;       // "macroid", "text"
+    QPointer<MacroWindowController> macroWindow;
+
 protected:
     void showEvent(QShowEvent* event) override;
     void hideEvent(QHideEvent* event) override;
@@ -256,4 +287,10 @@ private:
     QStringList problems_;
     void layoutProblems();
     std::uint64_t menuItemObserver_ = 0;  // "MenuItemMouseUpAction", added once
+
+    // Macro page
+    void reloadMacroTable();
+    void showMacroWindow(int64_t macroId);
+    void showMacroStoreNote(const QString& message);
+    bool macroObserversAdded_ = false;
 };

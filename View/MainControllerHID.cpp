@@ -95,6 +95,7 @@ void MainController::ConnectDevice()
     initSQLite();
     if (!currentTransport() || !deviceDB)
         return;
+    loadMacroData();
     // The stored profile wins at connection; the poll follows the keyboard
     // afterwards. A seeded database always holds a number here.
     bool ok = false;
