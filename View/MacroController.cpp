@@ -1,5 +1,6 @@
 #include "View/MacroController.h"
 
+#include "Common/InputKeyCodes.h"
 #include "Common/NotificationCenter.h"
 #include "Language/AppText.h"
 #include "Language/Language.h"
@@ -28,7 +29,9 @@ namespace {
 
 MaroController::KeyUsageSource& keyUsageSource()
 {
-    static MaroController::KeyUsageSource source;
+    static MaroController::KeyUsageSource source = [](quint32 nativeScanCode) {
+        return hidUsageFromNativeScanCode(nativeScanCode).value_or(0);
+    };
     return source;
 }
 

@@ -43,7 +43,8 @@ public:
     static constexpr int kMaxRepeatTimes = 255;  // the key table carries it in one byte
 
     // Turns a key event's native scan code into the key's HID usage; 0 for a
-    // key it cannot name. Shared by every macro window.
+    // key it cannot name. Shared by every macro window; the host's key code
+    // table unless replaced.
     using KeyUsageSource = std::function<int(quint32 nativeScanCode)>;
     static void setKeyUsageSource(KeyUsageSource source);
     // The clock of the delays, milliseconds since 1970.
