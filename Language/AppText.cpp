@@ -22,7 +22,7 @@ constexpr std::array kTexts{
           "宏未能保存。请检查数据文件夹是否可写，然后再次保存。"},
     Texts{AppText::MacroStoreTooManyMacros,
           "Nothing was sent to the keyboard: the library has %1 macros, and the keyboard holds %2. "
-          "Delete %3 macros, then save a macro again.",
+          "Delete %3 of them, then save a macro again.",
           "未向键盘发送任何内容：宏库中有 %1 个宏，键盘最多保存 %2 个。请删除 %3 个宏，然后重新保存宏。"},
     Texts{AppText::MacroStoreTooLong,
           "Nothing was sent to the keyboard: the macros need %1 bytes of its %2 (%3 bytes over). "
