@@ -199,6 +199,8 @@ void MaroController::viewDidAppear()
     label_repeatdelay->setText(languageText(372));
     label_repeatdelay_desc->setText(appText(AppText::MillisecondsUnit));
     edit_newmacro->setPlaceholderText(appText(AppText::MacroNamePlaceholder));
+    if (recordIng)
+        label_status->setText(appText(AppText::MacroRecordingHint));
 }
 
 void MaroController::loadMacroRecordData(int64_t macroId)
