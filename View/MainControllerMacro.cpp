@@ -100,16 +100,23 @@ void MainController::reloadMacroTable()
 {
     if (!macro_table)
         return;
-    macro_table->clear();
+    // Rows are kept and renamed: every save reloads the list, and making
+    // rows anew would cost the window a frame.
+    while (macro_table->count() > macro_datas.size())
+        delete macro_table->takeItem(macro_table->count() - 1);
     for (int row = 0; row < macro_datas.size(); ++row) {
-        auto* item = new QListWidgetItem(macro_table);
-        item->setSizeHint(QSize(kListWidth, MacroTableItemView::kRowHeight));
-        auto* view = new MacroTableItemView;
-        view->resize(kListWidth, MacroTableItemView::kRowHeight);
+        auto* view = qobject_cast<MacroTableItemView*>(macro_table->itemWidget(macro_table->item(row)));
+        if (!view) {
+            auto* item = new QListWidgetItem(macro_table);
+            item->setSizeHint(QSize(kListWidth, MacroTableItemView::kRowHeight));
+            view = new MacroTableItemView;
+            view->resize(kListWidth, MacroTableItemView::kRowHeight);
+            macro_table->setItemWidget(item, view);
+        }
         view->initView(row);
-        view->textView->setText(macro_datas[row].value("text").toString());
-        view->setToolTip(macro_datas[row].value("text").toString());
-        macro_table->setItemWidget(item, view);
+        const QString name = macro_datas[row].value("text").toString();
+        view->textView->setText(name);
+        view->setToolTip(name);
     }
 }
 
