@@ -4,6 +4,7 @@
 #include "View/MacroController.h"
 #include "View/MacroWindowController.h"
 #include "View/control/ButtonView.h"
+#include "View/control/NamedImage.h"
 
 #include <QApplication>
 #include <QCheckBox>
@@ -144,4 +145,12 @@ TEST_F(MacroRecorderWindow, OptionsDecideWhichStepsCountAndARecordingStartsEmpty
     click(Qt::LeftButton, 1000, 1010);
     tap(kA, 1100, 1300);
     EXPECT_EQ(texts(), QStringList({"1 Keyboard Down (A)", "2 Keyboard Up (A)"}));
+}
+
+TEST(MacroImages, EveryNamedImageOfTheMacroWindowAndPageExists)
+{
+    for (const char* name : {"btn_createmacro", "icon_macro_rec", "icon_macro_stoprec", "icon_macro_save",
+                             "imgbtn_macro_close_n", "imgbtn_macro_close_h", "imgbtn_menu_n", "imgbtn_menu_h",
+                             "icon_macro_add", "view_row_hover", "macro_btn_del", "macro_btn_edit"})
+        EXPECT_FALSE(NamedImage::pixmap(name, QSize(16, 16), 2.0).isNull()) << name;
 }
