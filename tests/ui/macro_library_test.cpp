@@ -182,6 +182,17 @@ TEST_F(MacroLibrary, RecordSaveBindToAKeyThenDeleteAnEarlierMacroAndSendAgain)
     EXPECT_EQ(firmware().macroStore(), oldStore);
     EXPECT_EQ(escapeCell(), "06010003");
 
+    // The row kept for the list now stands for the macro that moved up: its
+    // edit button opens that macro with its stored steps.
+    row->editBtnView->click();
+    ASSERT_TRUE(controller->macroWindow);
+    MaroController& edited = *controller->macroWindow->controller();
+    EXPECT_EQ(edited.MacorId, tapId);
+    EXPECT_EQ(edited.edit_newmacro->text(), "Tap and click");
+    EXPECT_EQ(edited.RecordListDatas().size(), 7u);
+    EXPECT_EQ(edited.RecordListDatas()[3], (MacroStep{1, "4 Delay (500)", 500}));
+    controller->macroWindow->close();
+
     // The next save and key table upload carry the moved-up place.
     recordAndSave("Late", [&](MaroController& m) { key(m, QEvent::KeyPress, kB, 500); });
     EXPECT_EQ(firmware().state().macro(0).steps.size(), 7u);
