@@ -154,8 +154,6 @@ void KeyboardView::paintEvent(QPaintEvent*)
     if (bounds_.isEmpty() || frameSelect.width() <= 10 || frameSelect.height() <= 10)
         return;
     QPainter painter(this);
-    QPen pen(Qt::yellow, 3);
-    pen.setDashPattern({3, 1});
-    painter.setPen(pen);
+    painter.setPen(bandPen(Qt::yellow, 3));
     painter.drawRect(flippedRect(bounds_, QSizeF(size()), frameSelect));
 }
