@@ -64,7 +64,9 @@ void KeyboardView::animationMoveKBView(const QString& new_image, const QString& 
         return;
     auto frame = [&](const QRectF& r) { return flippedRect(bounds_, QSizeF(size()), r).toAlignedRect(); };
     slide_[0] = startAnimation(kbNewView, frame(frames->newFrom), frame(frames->newTo), [this] { animationDidEnd(); });
-    slide_[1] = startAnimation(kbOldView, frame(frames->oldFrom), frame(frames->oldTo), [this] { animationDidEnd(); });
+    // The leaving picture stays opaque, so the view never flashes empty.
+    slide_[1] = startAnimation(kbOldView, frame(frames->oldFrom), frame(frames->oldTo), [this] { animationDidEnd(); },
+                               false);
 }
 
 bool KeyboardView::isSliding() const

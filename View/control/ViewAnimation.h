@@ -1,6 +1,6 @@
 #pragma once
-// The slide of a view between two frames: 0.68 s, fading the view in on its
-// way, on the event loop (nothing waits for it).
+// The slide of a view between two frames: 0.68 s, on the event loop
+// (nothing waits for it), fading the view in on its way unless told not to.
 
 #include <QRect>
 
@@ -16,4 +16,4 @@ inline constexpr int kViewAnimationMs = 680;
 // animation belongs to the view and deletes itself when it stops; stopping
 // it early skips `onEnd`.
 QAbstractAnimation* startAnimation(QWidget* view, const QRect& startFrame, const QRect& endFrame,
-                                   std::function<void()> onEnd = {});
+                                   std::function<void()> onEnd = {}, bool fadeIn = true);
