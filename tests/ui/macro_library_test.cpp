@@ -6,10 +6,12 @@
 #include "HIDDevice/Platform/Virtual/VirtualHidManager.h"
 #include "SQLite/DeviceSQLite.h"
 #include "Simulator/VirtualKeyboard.h"
+#include "View/KeyboardLayout/KeyCodeMaps.h"
 #include "View/MacroController.h"
 #include "View/MacroWindowController.h"
 #include "View/MainController.h"
 #include "View/control/ButtonView.h"
+#include "View/control/KeyboardView.h"
 #include "View/control/TableItemView.h"
 #include "support/HexBytes.h"
 #include "support/StoreTestSupport.h"
@@ -167,6 +169,8 @@ TEST_F(MacroLibrary, RecordSaveBindToAKeyThenDeleteAnEarlierMacroAndSendAgain)
     NotificationCenter::defaultCenter().post(QStringLiteral("MacroFunctionAction"), QVariant::fromValue<qint64>(tapId));
     ASSERT_TRUE(sent(sets));
     EXPECT_EQ(hexFromBytes(firmware().keyTable(1)), "00000000" "06010003" + std::string(2 * (574 - 8), '0') + "aa55");
+    const auto& keys = controller->orvane_keyboardctrl->kbKeyArraySelect;
+    EXPECT_EQ(keys.at(std::size_t(*picturePosition(kEscape, int(keys.size())))).keyMacro, "Tap and click");
     screenshotPage();
 
     // Deleting the earlier macro sends nothing: the keyboard keeps the old
