@@ -42,7 +42,7 @@ TEST(KeyTableUpload, AStoredAssignmentReachesItsSlotInItsProfileAndBecomesTheKey
     ASSERT_TRUE(waitUntil([&] { return !keyboard->firmware().keyTable(3).empty() && !controller.hidcomm_busy(); }));
     EXPECT_EQ(hexFromBytes(keyboard->firmware().keyTable(3)),
               "00000000" "03e20000" + std::string(2 * (574 - 8), '0') + "aa55");
-    EXPECT_EQ(keyboard->firmware().state().profile(3).keys.at(1), (KeyEntry{3, 0xE2, 0, 0}));
+    EXPECT_EQ(keyboard->firmware().state().keyAt(3, 1), (KeyEntry{3, 0xE2, 0, 0}));
     for (int other : {1, 2, 4, 5})
         EXPECT_TRUE(keyboard->firmware().keyTable(other).empty()) << "profile " << other;
 
