@@ -1,5 +1,5 @@
-// Profiles kept in step with a virtual keyboard: the keyboard choosing a
-// profile, the profile and main menus, and the two resets.
+// Profiles kept in step with a virtual keyboard: a profile's key table, the
+// keyboard choosing a profile, the profile and main menus, the two resets.
 #include "Common/Globals.h"
 #include "HIDDevice/Platform/Virtual/VirtualHidManager.h"
 #include "SQLite/DeviceSQLite.h"
@@ -96,6 +96,30 @@ protected:
 };
 
 }  // namespace
+
+TEST_F(ProfileSync, AStoredAssignmentIsSentOnlyWithItsTableToItsSlotAndProfile)
+{
+    // Escape plays Mute in profile 3; F1 (58), which the 61-key model lacks,
+    // must not land anywhere.
+    DeviceSQLite& db = *controller->deviceDB;
+    db.addKeyProfile({.profId = 3, .keyValue = kEscape, .macroType = 11, .macroValue = 127, .macroDesc = "Mute"});
+    db.addKeyProfile({.profId = 3, .keyValue = 58, .macroType = 16, .macroValue = 1, .macroDesc = "Fn"});
+    settle();
+    EXPECT_TRUE(keyboard->firmware().keyTable(3).empty()) << "storing alone sends nothing";
+
+    controller->setKeyMacroData(3);
+    settle();
+    const FirmwareModel firmware = keyboard->firmware();
+    EXPECT_EQ(block(firmware.keyTable(3)), "00000000" "03e20000" + kEmptyTable.substr(16));
+    EXPECT_EQ(firmware.state().keyAt(3, 1), (KeyEntry{3, 0xE2, 0, 0}));
+    for (int other : {1, 2, 4, 5})
+        EXPECT_TRUE(firmware.keyTable(other).empty()) << "profile " << other;
+
+    controller->currentProfile = 3;
+    controller->loadKeyMacro();
+    EXPECT_EQ(legendOf(kEscape), "Mute");
+    EXPECT_EQ(legendOf(43), keyCodeRecord(43)->full_name) << "a key without a row keeps its name";
+}
 
 TEST_F(ProfileSync, ResetAllClearsProfiles1To4OnTheKeyboardAndLeavesProfile5AndTheOtherEffects)
 {
