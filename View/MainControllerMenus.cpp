@@ -21,13 +21,20 @@ void MainController::initMenuButtons()
     // image buttons of the title row replace them.
     imgbtn_profile = new QPushButton(languageText(profileTextId(currentProfile)), this);
     imgbtn_profile->setObjectName(QStringLiteral("imgbtn_profile"));
-    imgbtn_profile->setGeometry(flippedRect(kWindowHeight, 800, 680, 120, 32));
+    imgbtn_profile->setGeometry(flippedRect(kWindowHeight, 770, 680, 150, 32));
     connect(imgbtn_profile, &QAbstractButton::clicked, this, &MainController::action_switchprofile);
 
     imgbtn_menu = new QPushButton(QStringLiteral("\u2630"), this);
     imgbtn_menu->setObjectName(QStringLiteral("imgbtn_menu"));
     imgbtn_menu->setGeometry(flippedRect(kWindowHeight, 932, 680, 40, 32));
     connect(imgbtn_menu, &QAbstractButton::clicked, this, &MainController::action_menu);
+
+    // The panel look of the pages, the hover blue under the pointer.
+    const QString look = QStringLiteral(
+        "QPushButton { background: #ffffff; color: #0d0d0d; border: 1px solid #e3e6ea; border-radius: 6px; }"
+        "QPushButton:hover { background: #39a5ff; color: #ffffff; border-color: #39a5ff; }");
+    imgbtn_profile->setStyleSheet(look);
+    imgbtn_menu->setStyleSheet(look);
 }
 
 void MainController::action_switchprofile()
@@ -74,6 +81,11 @@ void MainController::askToReset(int msgId)
     cancel->setObjectName(QStringLiteral("resetAlertCancel"));
     ok->setObjectName(QStringLiteral("resetAlertOK"));
     alert->setDefaultButton(cancel);
+    // The question stands out as a panel of its own, its heading in bold.
+    alert->setStyleSheet(QStringLiteral(
+        "QMessageBox { background: #ffffff; border: 1px solid #e3e6ea; }"
+        "QLabel#qt_msgbox_label { font-weight: bold; }"
+        "QLabel#qt_msgbox_informativelabel { min-width: 220px; }"));
     alert->setEscapeButton(cancel);
     connect(ok, &QAbstractButton::clicked, this, [this, current] {
         afterPollReply([this, current] { current ? resetCurrent() : resetAllData(); });

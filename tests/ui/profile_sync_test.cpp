@@ -14,7 +14,9 @@
 #include "support/StoreTestSupport.h"
 #include "support/WaitUntil.h"
 
+#include <QLabel>
 #include <QMessageBox>
+#include <QPainter>
 #include <QPushButton>
 #include <QTest>
 #include <gtest/gtest.h>
@@ -232,4 +234,53 @@ TEST_F(ProfileSync, ResetCurrentAsksFirstAndOnlyOKResetsTheProfileInUse)
     EXPECT_EQ(keyboard->firmware().lightModeState(3), (LightModeState{Kind::BuiltIn, 1, true}));
     EXPECT_EQ(keyboard->firmware().state().keyAt(2, 1), (KeyEntry{3, 0xE2, 0, 0}));
     EXPECT_EQ(controller->deviceDB->getConfigData(2, "currentLightMode"), "5");
+}
+
+// Every text of the system page, the two menus and the reset question fits
+// its place in both languages. With ORVANE_SCREENSHOT_DIR set, the screens
+// are also written there as PNGs, one set per language.
+TEST_F(ProfileSync, TheSystemPageMenusAndQuestionFitTheirTextsInBothLanguages)
+{
+    const QString folder = qEnvironmentVariable("ORVANE_SCREENSHOT_DIR");
+    controller->light_view->hide();
+    controller->userlight_view->hide();
+    controller->sysset_view->show();
+    auto clipped = [](QWidget* root) {
+        QStringList out;
+        for (QLabel* label : root->findChildren<QLabel*>())
+            if (label->isVisibleTo(root) && !label->wordWrap()
+                && label->fontMetrics().horizontalAdvance(label->text()) > label->contentsRect().width())
+                out << label->text();
+        return out.join(", ").toStdString();
+    };
+    // The window with `popup` drawn where it stands on screen.
+    auto shot = [&](QWidget* popup, const QString& name) {
+        QPixmap pixmap = controller->grab();
+        if (popup) {
+            QPainter painter(&pixmap);
+            painter.drawPixmap(popup->pos() - controller->mapToGlobal(QPoint()), popup->grab());
+        }
+        if (!folder.isEmpty())
+            pixmap.save(folder + '/' + name + ".png");
+    };
+    for (int language : {kLanguageEnglish, kLanguageChinese}) {
+        controller->timetickcount = 0;
+        controller->switchLanguage(language);
+        const QString tag = language == kLanguageChinese ? "zh" : "en";
+        EXPECT_EQ(clipped(controller->sysset_view), "");
+        shot(nullptr, "system-page-" + tag);
+        controller->action_switchprofile();
+        EXPECT_EQ(clipped(controller->profilePopover), "");
+        shot(controller->profilePopover, "profile-menu-" + tag);
+        controller->closePopovers();
+        controller->action_menu();
+        EXPECT_EQ(clipped(controller->menuPopover), "");
+        shot(controller->menuPopover, "main-menu-" + tag);
+        controller->closePopovers();
+        controller->askToReset(1003);
+        ASSERT_TRUE(controller->resetAlert);
+        EXPECT_EQ(clipped(controller->resetAlert), "");
+        shot(controller->resetAlert, "reset-all-question-" + tag);
+        controller->resetAlert->close();
+    }
 }
