@@ -2,6 +2,7 @@
 
 #include "View/control/Theme.h"
 
+#include <QCoreApplication>
 #include <QPainter>
 
 PopoverPanel::PopoverPanel(QWidget* parent)
@@ -21,6 +22,17 @@ void PopoverPanel::showEvent(QShowEvent* event)
 {
     viewDidAppear();
     QWidget::showEvent(event);
+}
+
+void PopoverPanel::hideEvent(QHideEvent* event)
+{
+    for (QWidget* row : findChildren<QWidget*>(Qt::FindDirectChildrenOnly)) {
+        if (!row->underMouse())
+            continue;
+        QEvent leave(QEvent::Leave);
+        QCoreApplication::sendEvent(row, &leave);
+    }
+    QWidget::hideEvent(event);
 }
 
 void PopoverPanel::paintEvent(QPaintEvent*)

@@ -19,5 +19,8 @@ public:
 protected:
     virtual void viewDidAppear() {}
     void showEvent(QShowEvent* event) override;
+    // A row under the pointer when the popup closes gets no leave of its
+    // own; it is given one, so that the next showing starts unhovered.
+    void hideEvent(QHideEvent* event) override;
     void paintEvent(QPaintEvent* event) override;
 };
