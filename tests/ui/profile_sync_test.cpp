@@ -99,30 +99,6 @@ protected:
 
 }  // namespace
 
-TEST_F(ProfileSync, AStoredAssignmentIsSentOnlyWithItsTableToItsSlotAndProfile)
-{
-    // Escape plays Mute in profile 3; F1 (58), which the 61-key model lacks,
-    // must not land anywhere.
-    DeviceSQLite& db = *controller->deviceDB;
-    db.addKeyProfile({.profId = 3, .keyValue = kEscape, .macroType = 11, .macroValue = 127, .macroDesc = "Mute"});
-    db.addKeyProfile({.profId = 3, .keyValue = 58, .macroType = 16, .macroValue = 1, .macroDesc = "Fn"});
-    settle();
-    EXPECT_TRUE(keyboard->firmware().keyTable(3).empty()) << "storing alone sends nothing";
-
-    controller->setKeyMacroData(3);
-    settle();
-    const FirmwareModel firmware = keyboard->firmware();
-    EXPECT_EQ(block(firmware.keyTable(3)), "00000000" "03e20000" + kEmptyTable.substr(16));
-    EXPECT_EQ(firmware.state().keyAt(3, 1), (KeyEntry{3, 0xE2, 0, 0}));
-    for (int other : {1, 2, 4, 5})
-        EXPECT_TRUE(firmware.keyTable(other).empty()) << "profile " << other;
-
-    controller->currentProfile = 3;
-    controller->loadKeyMacro();
-    EXPECT_EQ(legendOf(kEscape), "Mute");
-    EXPECT_EQ(legendOf(43), keyCodeRecord(43)->full_name) << "a key without a row keeps its name";
-}
-
 TEST_F(ProfileSync, ResetAllClearsProfiles1To4OnTheKeyboardAndLeavesProfile5AndTheOtherEffects)
 {
     for (int p = 1; p <= 5; ++p)
@@ -152,11 +128,24 @@ TEST_F(ProfileSync, ResetAllClearsProfiles1To4OnTheKeyboardAndLeavesProfile5AndT
     EXPECT_EQ(controller->deviceDB->getConfigData(5, "disable_win"), "0") << "the store is seeded anew";
 }
 
-TEST_F(ProfileSync, TheKeyboardChoosingProfile3IsFollowedWithinOnePoll)
+TEST_F(ProfileSync, AStoredAssignmentGoesOutWithItsTableAndShowsWhenTheKeyboardPicksItsProfile)
 {
-    configure(3);
-    controller->swicthProfile(1);
+    // Escape plays Mute in profile 3; F1 (58), which the 61-key model lacks,
+    // must not land anywhere.
+    DeviceSQLite& db = *controller->deviceDB;
+    db.addKeyProfile({.profId = 3, .keyValue = kEscape, .macroType = 11, .macroValue = 127, .macroDesc = "Mute"});
+    db.addKeyProfile({.profId = 3, .keyValue = 58, .macroType = 16, .macroValue = 1, .macroDesc = "Fn"});
+    db.updateConfigData(3, "disable_win", "1");
+    db.updateConfigData(3, "currentLightMode", "6");
     settle();
+    EXPECT_TRUE(keyboard->firmware().keyTable(3).empty()) << "storing alone sends nothing";
+    controller->setKeyMacroData(3);
+    settle();
+    EXPECT_EQ(block(keyboard->firmware().keyTable(3)), "00000000" "03e20000" + kEmptyTable.substr(16));
+    for (int other : {1, 2, 4, 5})
+        EXPECT_TRUE(keyboard->firmware().keyTable(other).empty()) << "profile " << other;
+
+    // The keyboard picks profile 3 itself: one poll later the window shows it.
     keyboard->setActiveProfile(3);
     const auto mark = now();
     controller->pollKeyboardProfile();
@@ -164,6 +153,7 @@ TEST_F(ProfileSync, TheKeyboardChoosingProfile3IsFollowedWithinOnePoll)
     EXPECT_EQ(controller->currentProfile, 3);
     EXPECT_EQ(controller->imgbtn_profile->text(), "Profile C");
     EXPECT_EQ(legendOf(kEscape), "Mute");
+    EXPECT_EQ(legendOf(43), keyCodeRecord(43)->full_name) << "a key without a row keeps its name";
     EXPECT_TRUE(controller->lockSwitches[0]->isChecked());
     EXPECT_EQ(uploads(mark), (std::vector<std::string>{"13:3", "17:3"}));
     EXPECT_EQ(keyboard->firmware().lightModeState(3), (LightModeState{Kind::BuiltIn, 6, true}));
