@@ -123,7 +123,6 @@ TEST_F(ProfileSync, ResetAllClearsProfiles1To4OnTheKeyboardAndLeavesProfile5AndT
     EXPECT_EQ(block(after.keyTable(5)), block(before.keyTable(5)));
     EXPECT_EQ(block(after.systemSettings(5)), block(before.systemSettings(5)));
     EXPECT_EQ(controller->currentProfile, 1);
-    EXPECT_EQ(controller->imgbtn_profile->text(), "Profile A");
     EXPECT_EQ(legendOf(kEscape), keyCodeRecord(kEscape)->full_name);
     EXPECT_EQ(controller->deviceDB->getConfigData(5, "disable_win"), "0") << "the store is seeded anew";
 }
@@ -173,14 +172,11 @@ TEST_F(ProfileSync, TheProfileMenuSwitchesAndClosesAndFollowsTheLanguage)
 
     controller->switchLanguage(kLanguageChinese);
     EXPECT_EQ(controller->imgbtn_profile->text(), "模式 B");
-    controller->action_switchprofile();
-    EXPECT_EQ(menu->profileD->textView->text(), "模式 D");
-    controller->closePopovers();
     controller->action_menu();
     EXPECT_EQ(controller->menuPopover->exportItem->textView->text(), "导入配置");
+    controller->closePopovers();
 
     // Without a keyboard neither menu opens.
-    controller->closePopovers();
     bus->unplug(keyboard);
     ASSERT_TRUE(waitUntil([&] { return !controller->deviceState; }));
     controller->action_switchprofile();
