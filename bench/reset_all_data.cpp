@@ -122,7 +122,14 @@ void BM_ResetAllData(benchmark::State& state)
         return;
     }
 
+    // The same loop for a second with nothing to do: what the machine alone
+    // costs the loop (other processes, the scheduler).
     StallWatch watch;
+    watch.start();
+    const auto idleEnd = Clock::now() + std::chrono::seconds(1);
+    spinUntil([&] { return Clock::now() > idleEnd; });
+    state.counters["idle_longest_stall_ms"] = watch.stopMs();
+
     double wireMs = 0, floorMs = 0, stallMs = 0, callMs = 0;
     for (auto _ : state) {
         // Something to reset in every profile.
