@@ -12,13 +12,15 @@
 // MainControllerProfile (poll and profile), MainControllerUI (window),
 // LanguageSwitch (texts and the language menu), MainControllerSystem (menu
 // commands), MainControllerLight (the built-in light effects),
-// MainControllerSystemPage (the key locks).
+// MainControllerSystemPage (the key locks), MainControllerUserLight and
+// MainControllerUserLightPaint (user light modes).
 
 #include "HIDDevice/DeviceComm.h"
 #include "HIDDevice/HIDDevice.h"
 #include "HIDDevice/HIDDeviceMonitor.h"
 #include "HIDDevice/TransportQueue.h"
 
+#include <QColor>
 #include <QLabel>
 #include <QList>
 #include <QTimer>
@@ -45,6 +47,8 @@ class LanguagePopoverViewController;
 class LightTableItemView;
 class LocalSQLite;
 class QListWidget;
+class QColorDialog;
+class UserLightTableItemView;
 struct StoreHealth;
 
 class MainController : public QWidget {
@@ -210,6 +214,33 @@ public:
     QList<QVariantMap> light_mode_datas;           // "icon_n", "icon_h", "icon_s", "text", "mode"
     bool userlightmode_show = false;
 
+    // ---- User light modes (MainControllerUserLight, MainControllerUserLightPaint)
+    // The list of the user light tab, painting the picture through the one
+    // shared colour dialog, and saving a mode to a custom slot.
+    void initUserLightPage();  // the list inside userlight_view
+    void registerUserLightNotifications();
+    void loadUserlightData();
+    void loadUserLightData(int64_t UserlightId);  // shows a mode on the picture
+    void addUserLight();
+    void UserLightTableMenuMsg(int msgId);  // 166 add; 167 to 171 save to slot 1 to 5
+    void UserLightTableViewMenu(const QVariant& object);
+    void UserLightTableViewButton(const QVariant& object);
+    void userLightSelectionDidChange();
+    UserLightTableItemView* userLightRowView(int row);  // made if needed
+    void keyboardKeyAction(const QVariant& object);
+    void setUserLightRGB();
+    void changeUserLightColor(const QColor& color);
+    void closeColorPanel();
+    void setHFDUserLightData();
+    void setHFDUserLightModeData(int profile);
+    void resetUserLightData();
+    QList<QVariantMap> userlightmode_datas;  // "mode" (lightId), "text"
+    QListWidget* userlightmode_table = nullptr;  // identifier "userlightmode"
+    QColorDialog* colorPanel = nullptr;          // shared, made on first use
+    // Shows the light menu of the given type (2 on a row, 3 beside the rows)
+    // at the pointer; set by the light menu window.
+    std::function<void(int menuType)> showLightMenu;
+
 protected:
     void showEvent(QShowEvent* event) override;
     void hideEvent(QHideEvent* event) override;
@@ -256,4 +287,11 @@ private:
     QStringList problems_;
     void layoutProblems();
     std::uint64_t menuItemObserver_ = 0;  // "MenuItemMouseUpAction", added once
+    // User light painting: the newest colour not yet stored, and whether a
+    // pass to store it is already due. Reports that come faster than the
+    // passes are merged into the newest one.
+    std::optional<QColor> pendingPaintColour_;
+    bool paintPassDue_ = false;
+    void runPaintPass();
+    bool userLightObserved_ = false;
 };

@@ -93,6 +93,7 @@ void MainController::ConnectDevice()
     setCurrentDevice(session_->deviceType);
     fillFlagAndNormalKeys();
     initSQLite();
+    loadUserlightData();
     if (!currentTransport() || !deviceDB)
         return;
     // The stored profile wins at connection; the poll follows the keyboard

@@ -19,6 +19,9 @@ void MainController::MenuItemMouseUpAction(const QVariant& object)
     const int menuid = object.toMap().value(QStringLiteral("menuid")).toInt();
     if (menuid >= 1000 && menuid <= 1005)
         SystemMenuMsg(menuid);
+    // The light menu: add a user light mode (166), save to a slot (167 to 171).
+    if (menuid >= 166 && menuid <= 171)
+        UserLightTableMenuMsg(menuid);
     // Whatever was chosen, the menus close.
     if (languagePopover)
         languagePopover->hide();

@@ -70,6 +70,8 @@ void MainController::registerNotification()
     if (!menuItemObserver_)
         menuItemObserver_ = NotificationCenter::defaultCenter().addObserver(
             QStringLiteral("MenuItemMouseUpAction"), [this](const QVariant& o) { MenuItemMouseUpAction(o); }, this);
+    // User light modes: clicks on the picture, the list's menu and buttons.
+    registerUserLightNotifications();
 }
 
 void MainController::showProblem(const QString& message, const QString& topic)
