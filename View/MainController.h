@@ -227,6 +227,7 @@ public:
     void UserLightTableViewButton(const QVariant& object);
     void userLightSelectionDidChange();
     UserLightTableItemView* userLightRowView(int row);  // made if needed
+    void appendUserLightRow();
     void keyboardKeyAction(const QVariant& object);
     void setUserLightRGB();
     void changeUserLightColor(const QColor& color);

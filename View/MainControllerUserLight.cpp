@@ -68,8 +68,11 @@ void MainController::registerUserLightNotifications()
     center.addObserver(QStringLiteral("keyboardKeyAction"), [this](const QVariant& o) { keyboardKeyAction(o); }, this);
     center.addObserver(QStringLiteral("UserLightTableViewMenu"),
                        [this](const QVariant& o) { UserLightTableViewMenu(o); }, this);
-    center.addObserver(QStringLiteral("UserLightTableViewButton"),
-                       [this](const QVariant& o) { UserLightTableViewButton(o); }, this);
+    // A row's button may delete the row that posts it: acted on once the
+    // row's own handling is over.
+    center.addObserver(QStringLiteral("UserLightTableViewButton"), [this](const QVariant& o) {
+        QMetaObject::invokeMethod(this, [this, o] { UserLightTableViewButton(o); }, Qt::QueuedConnection);
+    }, this);
 }
 
 void MainController::loadUserlightData()
@@ -83,19 +86,21 @@ void MainController::loadUserlightData()
         userlightmode_datas.append(QVariantMap{{kMode, qint64(mode.lightId)}, {kText, mode.name}});
     if (!userlightmode_table)
         return;
-    // Rows are made afresh; the selected row stays selected.
+    // Rows are kept and given their new names; the selection stays.
     const QSignalBlocker blocker(userlightmode_table);
-    const int current = userlightmode_table->currentRow();
-    userlightmode_table->clear();
-    for (int row = 0; row < userlightmode_datas.size(); ++row) {
-        auto* item = new QListWidgetItem(userlightmode_table);
-        item->setSizeHint(QSize(UserLightTableItemView::kRowWidth, UserLightTableItemView::kRowHeight));
+    while (userlightmode_table->count() > userlightmode_datas.size())
+        delete userlightmode_table->takeItem(userlightmode_table->count() - 1);
+    while (userlightmode_table->count() < userlightmode_datas.size())
+        appendUserLightRow();
+    for (int row = 0; row < userlightmode_datas.size(); ++row)
         userLightRowView(row);
-    }
-    if (current >= 0 && current < userlightmode_table->count()) {
-        userlightmode_table->setCurrentRow(current);
-        userLightRowView(current)->setDown(true);
-    }
+}
+
+void MainController::appendUserLightRow()
+{
+    auto* item = new QListWidgetItem(userlightmode_table);
+    item->setSizeHint(QSize(UserLightTableItemView::kRowWidth, UserLightTableItemView::kRowHeight));
+    userLightRowView(userlightmode_table->count() - 1);
 }
 
 UserLightTableItemView* MainController::userLightRowView(int row)
@@ -137,13 +142,11 @@ void MainController::loadUserLightData(int64_t UserlightId)
     std::vector<RGBData> rows;
     if (!deviceDB || !deviceDB->queryKeyRGB(1, UserlightId, rows))
         return;
+    const int keyCount = int(orvane_keyboardctrl->kbKeyArrayHover.size());
     for (const RGBData& row : rows) {
-        // A row of a key this model lacks (another model's file) is skipped.
-        const auto entry = G_KB_SuperKeyCodeMap.find(row.keyvalue);
-        if (entry == G_KB_SuperKeyCodeMap.end())
-            continue;
-        if (KeyView* key = orvane_keyboardctrl->keyView(entry->second.pos_index))
-            key->setKeyColor(colourOf(row.rgbvalue));
+        // A row of a key this picture lacks (another model's file) is skipped.
+        if (const auto position = picturePosition(row.keyvalue, keyCount))
+            orvane_keyboardctrl->keyView(*position)->setKeyColor(colourOf(row.rgbvalue));
     }
 }
 
@@ -158,9 +161,7 @@ void MainController::addUserLight()
     userlightmode_datas.append(QVariantMap{{kMode, qint64(id)}, {kText, name}});
     if (userlightmode_table) {
         const QSignalBlocker blocker(userlightmode_table);
-        auto* item = new QListWidgetItem(userlightmode_table);
-        item->setSizeHint(QSize(UserLightTableItemView::kRowWidth, UserLightTableItemView::kRowHeight));
-        userLightRowView(userlightmode_table->count() - 1);
+        appendUserLightRow();
     }
     loadUserLightData(id);
 }
