@@ -110,8 +110,10 @@ UserLightTableItemView* MainController::userLightRowView(int row)
         return nullptr;
     auto* view = qobject_cast<UserLightTableItemView*>(userlightmode_table->itemWidget(item));
     if (!view) {
+        // Made whole before the list shows it, so that its parts show too.
         view = new UserLightTableItemView;
         view->setObjectName(QStringLiteral("tableitem"));
+        view->initView(row);
         userlightmode_table->setItemWidget(item, view);
     }
     view->initView(row);
