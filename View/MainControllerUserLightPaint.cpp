@@ -124,8 +124,13 @@ void MainController::setHFDUserLightData()
     for (const RGBData& row : rows)
         if (const auto entry = G_KB_SuperKeyCodeMap.find(row.keyvalue); entry != G_KB_SuperKeyCodeMap.end())
             leds.push_back({entry->second.light_index, uint32_t(row.rgbvalue)});
-    submitSequence(UploadSequences::userLightColors(currentKBUserLightMode, Protocol::userLightColorBlock(leds)));
-    setHFDUserLightModeData(currentProfile);
+    // The colours, then the switch to the custom slots as its own sequence,
+    // as setHFDUserLightModeData sends it.
+    const auto modeBlock = Protocol::lightModeBlock(Protocol::kUserLightModeByte);
+    for (ReportSequence& sequence : UploadSequences::userLightSave(currentKBUserLightMode,
+                                                                   Protocol::userLightColorBlock(leds), currentProfile,
+                                                                   modeBlock))
+        submitSequence(std::move(sequence));
 }
 
 void MainController::setHFDUserLightModeData(int /*profile*/)
