@@ -50,9 +50,8 @@ protected:
     void menu(int id) { controller->MenuItemMouseUpAction(QVariantMap{{"menuid", id}}); }
     void selectRow(int row)
     {
-        QTest::mouseClick(controller->userlightmode_table->viewport(), Qt::LeftButton, {},
-                          controller->userlightmode_table->visualItemRect(controller->userlightmode_table->item(row))
-                              .center());
+        QListWidget* list = controller->userlightmode_table;
+        QTest::mouseClick(list->viewport(), Qt::LeftButton, {}, list->visualItemRect(list->item(row)).center());
     }
     // Checks `keys` (indices of the picture), clicks the last one and picks
     // `colour` in the dialog the click opens.
@@ -72,14 +71,9 @@ protected:
     }
     int codeOf(int key) { return G_KB_SuperKeyNameMap.at(view().kbKeyArrayHover[size_t(key)].keyname).key_code; }
     int ledOf(int key) { return G_KB_SuperKeyCodeMap.at(codeOf(key)).light_index; }
-    void button(int type, int index)
-    {
-        NotificationCenter::defaultCenter().post("UserLightTableViewButton", QVariantMap{{"type", type}, {"index", index}});
-        QApplication::processEvents();
-    }
     Leds slot(int n)
     {
-        const auto& held = keyboard->firmware().state().userLightLeds;
+        const auto held = keyboard->firmware().state().userLightLeds;
         return held.count(n) ? held.at(n) : Leds{};
     }
     std::vector<std::string> commandFrames(std::size_t from)
@@ -93,11 +87,9 @@ protected:
     }
     void screenshot(const QString& name, const QRect& area)
     {
-        const QString dir = qEnvironmentVariable("ORVANE_SCREENSHOT_DIR");
-        if (dir.isEmpty())
-            return;
-        QApplication::processEvents();
-        QImageWriter(QDir(dir).filePath(name + ".png")).write(controller->grab(area).toImage());
+        // Saved as docs/screenshots/<name>.png when ORVANE_SCREENSHOT_DIR names a folder.
+        if (const QString dir = qEnvironmentVariable("ORVANE_SCREENSHOT_DIR"); !dir.isEmpty())
+            QImageWriter(QDir(dir).filePath(name + ".png")).write(controller->grab(area).toImage());
     }
 
     TempDataFolder data;
@@ -110,15 +102,15 @@ protected:
 
 TEST_F(UserLight, ASlotGetsExactlyThePaintedKeysOfTheShownModeAndOtherSlotsStayAsTheyWere)
 {
-    menu(166);
-    menu(166);
+    for (int i = 0; i < 2; ++i)
+        menu(166);
     ASSERT_EQ(controller->userlightmode_table->count(), 2);
     EXPECT_EQ(controller->userLightRowView(1)->textView->text(), "Light 2");
     // Mode 2, one green key, goes to slots 1 and 3.
     selectRow(1);
     paint({10}, Qt::green);
-    menu(167);
-    menu(169);
+    for (int save : {167, 169})
+        menu(save);
     settle();
     const Leds others{{ledOf(10), 0x00FF00}};
     ASSERT_EQ(slot(1), others);
@@ -169,7 +161,6 @@ TEST_F(UserLight, ADragStoresOnlyItsNewestColourAndEachPassIsWhole)
     const int last = int(QColor::fromHsv(290, 200, 200).rgb() & 0xFFFFFF);
     ASSERT_EQ(rows.size(), 2u);
     EXPECT_EQ(std::vector<int>({rows[0].rgbvalue, rows[1].rgbvalue}), std::vector<int>({last, last}));
-    EXPECT_EQ(view().keyView(5)->keyColor.rgb() & 0xFFFFFF, uint32_t(last));
 }
 
 TEST_F(UserLight, RowsRenameAndDeleteTheirModesAndTheMenuRequestIsGated)
@@ -189,7 +180,7 @@ TEST_F(UserLight, RowsRenameAndDeleteTheirModesAndTheMenuRequestIsGated)
     EXPECT_EQ(list[1].name, "Sunset");
     EXPECT_EQ(controller->userLightRowView(1)->textView->text(), "Sunset");
 
-    button(4, 0);
+    NotificationCenter::defaultCenter().post("UserLightTableViewButton", QVariantMap{{"type", 4}, {"index", 0}});
     QTest::mouseClick(controller->userLightRowView(0)->delBtnView, Qt::LeftButton);
     QApplication::processEvents();
     list.clear();
