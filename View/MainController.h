@@ -12,7 +12,8 @@
 // MainControllerProfile (poll and profile), MainControllerUI (window),
 // LanguageSwitch (texts and the language menu), MainControllerSystem (menu
 // commands), MainControllerLight (the built-in light effects),
-// MainControllerSystemPage (the key locks), MainControllerUserLight and
+// MainControllerSystemPage (the key locks), MainControllerKeyTable (the
+// key table of a profile), MainControllerUserLight and
 // MainControllerUserLightPaint (user light modes).
 
 #include "HIDDevice/DeviceComm.h"
@@ -213,6 +214,13 @@ public:
     QWidget* light_mode_scrollview = nullptr;      // the list scrolls by itself: the same widget
     QList<QVariantMap> light_mode_datas;           // "icon_n", "icon_h", "icon_s", "text", "mode"
     bool userlightmode_show = false;
+
+    // ---- Key table (MainControllerKeyTable) --------------------------------
+    // Builds the profile's whole key table from the stored assignments and
+    // sends it; sends nothing when the assignments cannot be read.
+    void setKeyMacroData(int profile);
+    // The keys of the picture show the assignments of `currentProfile`.
+    void loadKeyMacro();
 
     // ---- User light modes (MainControllerUserLight, MainControllerUserLightPaint)
     // The list of the user light tab, painting the picture through the one
