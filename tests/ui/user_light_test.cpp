@@ -39,6 +39,7 @@ protected:
         controller = std::make_unique<MainController>(env);
         controller->viewDidLoad();
         controller->show();
+        ASSERT_TRUE(QTest::qWaitForWindowExposed(controller.get()));
         bus->plug(keyboard);
         ASSERT_TRUE(waitUntil([&] { return controller->currentTransport() && !controller->hidcomm_busy(); }));
         controller->action_userlightmode_tab();
@@ -53,18 +54,18 @@ protected:
         QListWidget* list = controller->userlightmode_table;
         QTest::mouseClick(list->viewport(), Qt::LeftButton, {}, list->visualItemRect(list->item(row)).center());
     }
-    // Checks `keys` (indices of the picture), clicks the last one and picks
-    // `colour` in the dialog the click opens.
-    void paint(std::initializer_list<int> keys, const QColor& colour)
+    // Selects the keys `from` to `to` of one row of the picture, by a click
+    // or a drag across them, and picks `colour` in the dialog the release
+    // opens.
+    void paint(int from, int to, const QColor& colour)
     {
-        for (int i = 0; i < int(view().kbKeyArraySelect.size()); ++i)
-            view().selectKeyView(i)->setKeyCheck(false);
-        for (int key : keys) {
-            view().selectKeyView(key)->setKeyCheck(true);
-            view().selectKeyItem = key;
-        }
-        const QString clicked = view().kbKeyArraySelect[size_t(view().selectKeyItem)].keyname;
-        NotificationCenter::defaultCenter().post("keyboardKeyAction", clicked);
+        const QPoint start = view().keyGeometry(from).center().toPoint();
+        const QPoint end = view().keyGeometry(to).center().toPoint();
+        QTest::mouseMove(&view(), start + QPoint(1, 0));
+        QTest::mouseMove(&view(), start);
+        QTest::mousePress(&view(), Qt::LeftButton, {}, start);
+        QTest::mouseMove(&view(), end);
+        QTest::mouseRelease(&view(), Qt::LeftButton, {}, end);
         ASSERT_TRUE(controller->colorPanel && controller->colorPanel->isVisible());
         controller->colorPanel->setCurrentColor(colour);
         QApplication::processEvents();
@@ -108,7 +109,7 @@ TEST_F(UserLight, ASlotGetsExactlyThePaintedKeysOfTheShownModeAndOtherSlotsStayA
     EXPECT_EQ(controller->userLightRowView(1)->textView->text(), "Light 2");
     // Mode 2, one green key, goes to slots 1 and 3.
     selectRow(1);
-    paint({10}, Qt::green);
+    paint(10, 10, Qt::green);
     for (int save : {167, 169})
         menu(save);
     settle();
@@ -118,8 +119,8 @@ TEST_F(UserLight, ASlotGetsExactlyThePaintedKeysOfTheShownModeAndOtherSlotsStayA
     // Mode 1: three keys in two colours, and a row of a key this model lacks.
     selectRow(0);
     EXPECT_EQ(view().keyView(10)->keyColor, QColor(Qt::black));
-    paint({3, 4}, QColor(0xFF, 0x80, 0x00));
-    paint({20}, QColor::fromHsv(240, 255, 255));
+    paint(3, 4, QColor(0xFF, 0x80, 0x00));
+    paint(20, 20, QColor::fromHsv(240, 255, 255));
     controller->deviceDB->insertKeyRGB({0, 1, 1, 0x7777, 0xABCDEF});
     const std::size_t traced = keyboard->recentTrace().size();
     menu(168);
@@ -149,7 +150,7 @@ TEST_F(UserLight, ADragStoresOnlyItsNewestColourAndEachPassIsWhole)
     menu(166);
     int passes = 0;
     StoreSupport::faultHook = [&](std::string_view step) { passes += step == "light.pass.1"; };
-    paint({5, 6}, Qt::red);
+    paint(5, 6, Qt::red);
     ASSERT_EQ(passes, 1);
     // Reports faster than passes: one pass, for the last colour.
     for (int hue = 0; hue < 300; hue += 10)
