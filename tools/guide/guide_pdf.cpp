@@ -181,7 +181,8 @@ int main(int argc, char** argv)
     QPdfWriter writer(QString::fromLocal8Bit(argv[5]));
     writer.setTitle(model.title);
     writer.setCreator(QStringLiteral("Orvane Keyboard Studio"));
-    writer.setPageLayout(QPageLayout(QPageSize(QPageSize::A4), QPageLayout::Portrait, QMarginsF(18, 16, 18, 16),
+    // No page margins: printing puts a 2 cm margin round the text itself.
+    writer.setPageLayout(QPageLayout(QPageSize(QPageSize::A4), QPageLayout::Portrait, QMarginsF(0, 0, 0, 0),
                                      QPageLayout::Millimeter));
     doc.print(&writer);
     return 0;
