@@ -97,4 +97,6 @@ void MainController::LanguageSwicth()
     if (customlight_mode_tab)
         customlight_mode_tab->setTitleTextColor(Qt::black);
     initLightTableData();
+    // The guide and web link buttons' tool tips.
+    setLinkToolTips();
 }

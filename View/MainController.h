@@ -244,6 +244,7 @@ public:
 
     // ---- User guide and web links (MainControllerLinks) --------------------
     void initLinkButtons();  // imgbtn_doc, imgbtn_home, imgbtn_facebook, imgbtn_chat
+    void setLinkToolTips();  // in the language of the moment
     // Opens the guide of the connected model (`g_device_type`), not of the
     // model on show; nothing when the app carries no such guide.
     void action_doc();

@@ -22,6 +22,8 @@ namespace {
 struct LinkButton {
     ImageButton* MainController::*field;
     const char* name;
+    const char* tipEnglish;
+    const char* tipChinese;
     const char* normal;
     const char* hover;
     int x;
@@ -29,11 +31,14 @@ struct LinkButton {
 };
 
 constexpr LinkButton kLinkButtons[] = {
-    {&MainController::imgbtn_doc, "imgbtn_doc", "sysbtn_doc_n", "sysbtn_doc_h", 610, &MainController::action_doc},
-    {&MainController::imgbtn_home, "imgbtn_home", "btn_home_n", "btn_home_h", 652, &MainController::action_homewebsite},
-    {&MainController::imgbtn_facebook, "imgbtn_facebook", "btn_facebook_n", "btn_facebook_h", 684,
-     &MainController::action_fecebookwebsite},
-    {&MainController::imgbtn_chat, "imgbtn_chat", "btn_chat_n", "btn_chat_h", 716, &MainController::action_chatwebsite},
+    {&MainController::imgbtn_doc, "imgbtn_doc", "User guide", "用户指南", "sysbtn_doc_n", "sysbtn_doc_h", 610,
+     &MainController::action_doc},
+    {&MainController::imgbtn_home, "imgbtn_home", "Orvane home page", "Orvane 官网", "btn_home_n", "btn_home_h", 652,
+     &MainController::action_homewebsite},
+    {&MainController::imgbtn_facebook, "imgbtn_facebook", "Orvane on Facebook", "Orvane Facebook 主页",
+     "btn_facebook_n", "btn_facebook_h", 684, &MainController::action_fecebookwebsite},
+    {&MainController::imgbtn_chat, "imgbtn_chat", "Orvane forum", "Orvane 论坛", "btn_chat_n", "btn_chat_h", 716,
+     &MainController::action_chatwebsite},
 };
 
 }  // namespace
@@ -47,6 +52,15 @@ void MainController::initLinkButtons()
         button->initControl(QString::fromLatin1(b.normal), QString::fromLatin1(b.hover));
         connect(button, &QAbstractButton::clicked, this, b.action);
         this->*b.field = button;
+    }
+    setLinkToolTips();
+}
+
+void MainController::setLinkToolTips()
+{
+    for (const LinkButton& b : kLinkButtons) {
+        if (ImageButton* button = this->*b.field)
+            button->setToolTip(QString::fromUtf8(G_Language == kLanguageChinese ? b.tipChinese : b.tipEnglish));
     }
 }
 
