@@ -98,4 +98,6 @@ void MainController::LanguageSwicth()
         customlight_mode_tab->setTitleTextColor(Qt::black);
     initLightTableData();
     setMacroPageTexts();
+    // The guide and web link buttons' tool tips.
+    setLinkToolTips();
 }

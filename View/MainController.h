@@ -15,7 +15,7 @@
 // MainControllerSystemPage (the key locks), MainControllerKeyTable (the
 // key table of a profile), MainControllerMacro (the macro page and the macro
 // store), MainControllerUserLight and MainControllerUserLightPaint (user
-// light modes).
+// light modes), MainControllerLinks (the user guide and the web links).
 
 #include "HIDDevice/DeviceComm.h"
 #include "HIDDevice/HIDDevice.h"
@@ -41,6 +41,7 @@
 
 class CaseColorButton;
 class QAbstractButton;
+class QUrl;
 class DeviceSQLite;
 class ImageButton;
 class ImageTitleButton;
@@ -300,6 +301,30 @@ public:
     // Shows the light menu of the given type (2 on a row, 3 beside the rows)
     // at the pointer; set by the light menu window.
     std::function<void(int menuType)> showLightMenu;
+    // ---- User guide and web links (MainControllerLinks) --------------------
+    void initLinkButtons();  // imgbtn_doc, imgbtn_home, imgbtn_facebook, imgbtn_chat
+    void setLinkToolTips();  // in the language of the moment
+    // Opens the guide of the connected model (`g_device_type`), not of the
+    // model on show; nothing when the app carries no such guide.
+    void action_doc();
+    void action_homewebsite();
+    void action_fecebookwebsite();
+    void action_chatwebsite();
+    void action_func_store();
+    // The resource of the guide for a `g_device_type`: the 68-key model has
+    // its own, the 61-key and CNC models share one.
+    static QString userGuideResource(int deviceType);
+    // The guide copied to the cache folder, rewritten only when its bytes
+    // differ; empty when the resource is missing or the copy fails.
+    QString userGuideFile(const QString& resource);
+    // Every address and guide opens through here; tests put a recorder in
+    // `urlOpener` so nothing is launched. Empty: the desktop's default.
+    void openLink(const QUrl& url);
+    std::function<bool(const QUrl&)> urlOpener;
+    ImageButton* imgbtn_doc = nullptr;
+    ImageButton* imgbtn_home = nullptr;
+    ImageButton* imgbtn_facebook = nullptr;
+    ImageButton* imgbtn_chat = nullptr;
 
 protected:
     void showEvent(QShowEvent* event) override;

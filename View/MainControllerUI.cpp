@@ -51,6 +51,8 @@ void MainController::InitUI()
     initSystemPage();
     // Profile and main menu buttons.
     initMenuButtons();
+    // User guide and web links.
+    initLinkButtons();
     initLightTableData();
     action_ligjhtmode_tab();
     viewType = 2;

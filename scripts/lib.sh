@@ -16,8 +16,9 @@ ORVANE_PACKAGES=(
   ccache
 )
 
-# What scripts/test adds: the validators of the desktop entry and AppStream file.
-ORVANE_TEST_PACKAGES=(desktop-file-utils appstream)
+# What scripts/test adds: the validators of the desktop entry and AppStream file,
+# and poppler-utils to check the user guides' PDFs (their fonts and pages).
+ORVANE_TEST_PACKAGES=(desktop-file-utils appstream poppler-utils)
 
 # What scripts/package and scripts/package-check add: the Debian package
 # tools (dpkg-shlibdeps, and `file`, which CPack uses to find the binaries),
