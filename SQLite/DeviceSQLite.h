@@ -57,6 +57,8 @@ struct VersionCheck {
 // failed is not a missing version: the device file is then used as it is.
 VersionCheck checkDeviceDatabaseVersion(const StoreRead& stored);
 
+struct LEDData;
+
 class DeviceSQLite {
 public:
     // Opens `device` in the database folder; with `reset`, an existing file
@@ -134,6 +136,24 @@ public:
     // The macro's id, or 0 when nothing was changed (also for an id that
     // names no macro).
     int64_t saveMacro(const MacroInfo& info, const std::vector<RecordInfo>& steps);
+
+    // ---- Exchange files ------------------------------------------------------
+    // Source: DeviceSQLiteExchange.cpp. What an import writes, each in one
+    // transaction: on failure the database stays as it was, `health` keeps
+    // why.
+
+    // Each row as addKeyProfile writes it, in order: a later row of a key
+    // wins, `macroValue` 0 removes the key's row, `keyValue` 0 is skipped.
+    bool addKeyProfiles(const std::vector<ProfileKey>& rows);
+    // A new user light mode named `name` ("speed" and "brightness" 10) with
+    // the colours, stored under profile 1 as painting stores them: one row
+    // per key, the later colour of a key wins, colour 0 and key 0 store
+    // nothing. The new mode's id; 0 when nothing was stored.
+    int64_t addUserLightWithColours(const QString& name, const std::vector<LEDData>& leds);
+    // The name of a user light mode and its colours under profile 1, in the
+    // order they were painted. False when there is no such mode or the read
+    // fails; the arguments are then left as they were.
+    bool queryUserLightExport(int lightId, QString& name, std::vector<LEDData>& leds) const;
 
     // Empty when opening failed.
     std::unique_ptr<SQLite::Database> db;

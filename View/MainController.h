@@ -12,12 +12,14 @@
 // MainControllerProfile (poll and profile), MainControllerUI (window),
 // LanguageSwitch (texts and the language menu), MainControllerSystem (menu
 // commands), MainControllerLight (the built-in light effects),
-// MainControllerSystemPage (the key locks).
+// MainControllerSystemPage (the key locks), MainControllerExchange (the
+// ".key" and ".light" files).
 
 #include "HIDDevice/DeviceComm.h"
 #include "HIDDevice/HIDDevice.h"
 #include "HIDDevice/HIDDeviceMonitor.h"
 #include "HIDDevice/TransportQueue.h"
+#include "View/ExchangeDialog.h"
 
 #include <QLabel>
 #include <QList>
@@ -56,6 +58,9 @@ public:
         HIDDeviceMonitor::ManagerFactory hidManagerFactory = createPlatformHidManager;
         // Pause between reports; tests may speed the transport up.
         DeviceComm::Sleeper transportSleeper;
+        // Exchange files: asks for a file or a folder and answers its file:
+        // URL, empty when cancelled. Empty: the file dialog. Tests answer here.
+        std::function<QString(const ExchangeDialog&)> chooseExchangeFile;
     };
 
     static constexpr int kWindowWidth = 1160;
@@ -210,6 +215,18 @@ public:
     QList<QVariantMap> light_mode_datas;           // "icon_n", "icon_h", "icon_s", "text", "mode"
     bool userlightmode_show = false;
 
+    // ---- Exchange files (MainControllerExchange) --------------------------
+    // The main menu's profile export and import, and the user light list's
+    // export and import. An import reads the chosen file without writing to
+    // it, checks all of it first, and changes the database in one
+    // transaction or not at all; it sends nothing to the keyboard. Each ends
+    // with one line in the window, or a message saying what went wrong.
+    void exportKeyProfile();
+    void importKeyProfile();
+    void exportLightData();
+    void importLightData();
+    QLabel* label_exchange = nullptr;  // made on first use
+
 protected:
     void showEvent(QShowEvent* event) override;
     void hideEvent(QHideEvent* event) override;
@@ -256,4 +273,10 @@ private:
     QStringList problems_;
     void layoutProblems();
     std::uint64_t menuItemObserver_ = 0;  // "MenuItemMouseUpAction", added once
+
+    // ---- Exchange files ------------------------------------------------------
+    QString chooseExchangeFile(const ExchangeDialog& dialog);
+    void showExchangeResult(const QString& line);
+    void showExchangeRefusal(const QString& message);
+    void showImportedUserLight(int lightId, const QString& name);
 };
