@@ -12,3 +12,8 @@ inline constexpr int kLanguageChinese = 2052;
 
 // Interface language: kLanguageEnglish or kLanguageChinese.
 extern std::atomic<int> G_Language;
+
+// Left Shift as the input capture last saw it: 1 while held, else 0. Written
+// by the input capture (possibly off the main thread), read by the keyboard
+// picture when a click decides whether it adds to the selection.
+extern std::atomic<int> shiftKeyStatus;

@@ -116,6 +116,9 @@ void MainController::importKeyProfile()
                                     .arg(quotedName(fileName), QString::fromStdString(deviceDB->health.lastFailure.reason)));
             return;
         }
+        // The keys show the new assignments; the keyboard gets them with the
+        // profile's next key table upload.
+        loadKeyMacro();
         showExchangeResult(tr("Imported %1 from %2 into %3.")
                                .arg(counted(inspection.rows.size(), "key assignment", "key assignments"),
                                     quotedName(fileName), languageText(profileTextId(currentProfile)))

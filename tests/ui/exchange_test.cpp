@@ -6,7 +6,9 @@
 #include "SQLite/DeviceSQLite.h"
 #include "SQLite/LightSQLite.h"
 #include "Simulator/VirtualKeyboard.h"
+#include "View/KeyboardLayout/KeyCodeMaps.h"
 #include "View/MainController.h"
+#include "View/control/KeyboardView.h"
 #include "support/StoreTestSupport.h"
 #include "support/WaitUntil.h"
 
@@ -104,6 +106,10 @@ TEST_F(ExchangeWindow, AProfileExportedFromProfileCMergesIntoProfileBWithoutAFra
                                                         {6, 0, 2, kA, 11, 127, 0, 0, "Mute"},
                                                         {7, 0, 2, kEscape, 11, 1, 0, 0, "Fn"}}));
     EXPECT_EQ(assignments(3).size(), 2u);
+    const auto legend = [&](int code) {
+        return controller->orvane_keyboardctrl->kbKeyArraySelect[std::size_t(*picturePosition(code, 61))].keyMacro;
+    };
+    EXPECT_EQ(legend(kA) + legend(kEscape) + legend(kS), "MuteFnOld S");
     EXPECT_EQ(asked, (std::vector<ExchangeDialog>{{{}, ExchangeDialog::Pick::Folder, {}},
                                                   {{}, ExchangeDialog::Pick::Folder, {}},
                                                   {"Select file", ExchangeDialog::Pick::ExistingFile, "key"}}));
