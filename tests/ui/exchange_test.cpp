@@ -58,11 +58,7 @@ protected:
     }
     QString fileUrl(const QString& name) const { return QUrl::fromLocalFile(files.path() + '/' + name).toString(); }
     QString result() const { return controller->label_exchange ? controller->label_exchange->text() : QString(); }
-    QString refusal() const
-    {
-        auto* box = controller->findChild<QMessageBox*>("exchange_refusal");
-        return box ? box->text() : QString();
-    }
+    QString refusal() const { return controller->findChild<QMessageBox*>("exchange_refusal")->text(); }
 
     TempDataFolder data;
     QTemporaryDir files;
@@ -157,7 +153,8 @@ TEST_F(ExchangeWindow, RefusedFilesChangeNothingAndSayWhyForeignKeysAreLeftOut)
 TEST_F(ExchangeWindow, ALightModeExportedImportsAsANewModeWithItsColours)
 {
     DeviceSQLite& store = *controller->deviceDB;
-    const std::vector<LEDData> painted{{0, kA, 0xff8800}, {0, kEscape, 0x0000ff}};
+    // A painted twice (the later colour stays), S cleared: two colours stored.
+    const std::vector<LEDData> painted{{0, kA, 0x123456}, {0, kEscape, 0x0000ff}, {0, kA, 0xff8800}, {0, kS, 0}};
     controller->currentUserLightMode = static_cast<int>(store.addUserLightWithColours("Dusk/Dawn", painted));
 
     answer = QUrl::fromLocalFile(files.path()).toString();
@@ -173,6 +170,6 @@ TEST_F(ExchangeWindow, ALightModeExportedImportsAsANewModeWithItsColours)
     std::vector<LEDData> colours;
     ASSERT_TRUE(store.queryUserLightExport(2, name, colours));
     EXPECT_EQ(name, "Dusk/Dawn");
-    EXPECT_EQ(colours, (std::vector<LEDData>{{3, kA, 0xff8800}, {4, kEscape, 0x0000ff}}));
+    EXPECT_EQ(colours, (std::vector<LEDData>{{4, kEscape, 0x0000ff}, {5, kA, 0xff8800}}));
     EXPECT_EQ(asked.back(), (ExchangeDialog{"Select files", ExchangeDialog::Pick::ExistingFile, "light"}));
 }
