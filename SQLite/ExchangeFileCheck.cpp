@@ -182,6 +182,16 @@ LightFileInspection inspectLightFile(const LightSQLite& file, const KeyFilter& m
     return result;
 }
 
+KeyFileInspection inspectKeyFile(const QString& dbUri, const KeyFilter& modelHasKey)
+{
+    return inspectKeyFile(keyProfileSQLite(dbUri, ExchangeAccess::Import), modelHasKey);
+}
+
+LightFileInspection inspectLightFile(const QString& dbUri, const KeyFilter& modelHasKey)
+{
+    return inspectLightFile(LightSQLite(dbUri, ExchangeAccess::Import), modelHasKey);
+}
+
 QString refusalMessage(const Inspection& inspection, const QString& fileName)
 {
     const QString file = QStringLiteral("\u201c%1\u201d").arg(fileName);

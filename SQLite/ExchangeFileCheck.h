@@ -55,6 +55,10 @@ struct LightFileInspection : Inspection {
 
 KeyFileInspection inspectKeyFile(const keyProfileSQLite& file, const KeyFilter& modelHasKey);
 LightFileInspection inspectLightFile(const LightSQLite& file, const KeyFilter& modelHasKey);
+// The same for the file at `dbUri`, opened read-only for the check and
+// closed before the answer.
+KeyFileInspection inspectKeyFile(const QString& dbUri, const KeyFilter& modelHasKey);
+LightFileInspection inspectLightFile(const QString& dbUri, const KeyFilter& modelHasKey);
 
 // What the window says of a refused file, named `fileName`: what is wrong
 // and what to do, and that nothing was changed.

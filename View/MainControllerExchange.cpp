@@ -92,18 +92,12 @@ void MainController::importKeyProfile()
     if (url.isEmpty())
         return;
     const QString fileName = ExchangeFile::displayName(url);
-    ExchangeFileCheck::KeyFileInspection inspection;
-    {
-        const keyProfileSQLite file(url, ExchangeAccess::Import);
-        inspection = ExchangeFileCheck::inspectKeyFile(file, modelHasKey);
-    }
-    if (!inspection.ok()) {
-        showExchangeRefusal(ExchangeFileCheck::refusalMessage(inspection, fileName));
-        return;
-    }
+    const auto inspection = ExchangeFileCheck::inspectKeyFile(url, modelHasKey);
+    if (!inspection.ok())
+        return showExchangeRefusal(ExchangeFileCheck::refusalMessage(inspection, fileName));
     // The rows go into the profile in use, so a poll's reply that changes
     // it is acted on first.
-    afterPollReply([this, inspection, fileName]() mutable {
+    afterPollReply([this, inspection = inspection, fileName]() mutable {
         if (!deviceDB || !deviceDB->db) {
             showExchangeRefusal(tr("Your keyboard's settings are not open, so %1 was not imported. Connect the "
                                    "keyboard and try again.").arg(quotedName(fileName)));
@@ -163,15 +157,9 @@ void MainController::importLightData()
     if (url.isEmpty())
         return;
     const QString fileName = ExchangeFile::displayName(url);
-    ExchangeFileCheck::LightFileInspection inspection;
-    {
-        const LightSQLite file(url, ExchangeAccess::Import);
-        inspection = ExchangeFileCheck::inspectLightFile(file, modelHasKey);
-    }
-    if (!inspection.ok()) {
-        showExchangeRefusal(ExchangeFileCheck::refusalMessage(inspection, fileName));
-        return;
-    }
+    const auto inspection = ExchangeFileCheck::inspectLightFile(url, modelHasKey);
+    if (!inspection.ok())
+        return showExchangeRefusal(ExchangeFileCheck::refusalMessage(inspection, fileName));
     const int64_t lightId = deviceDB->addUserLightWithColours(inspection.name, inspection.leds);
     if (lightId < 1) {
         showExchangeRefusal(tr("%1 could not be saved (%2). Nothing was changed; try again.")

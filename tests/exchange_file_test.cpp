@@ -42,12 +42,12 @@ protected:
     }
 
     // Inspects the file as an import does; the folder must be as it was.
-    template <typename File, typename Result>
-    Result inspect(const QString& name, Result (*check)(const File&, const ExchangeFileCheck::KeyFilter&))
+    template <typename Result>
+    Result inspect(const QString& name, Result (*check)(const QString&, const ExchangeFileCheck::KeyFilter&))
     {
         const QByteArray before = readAll(path(name));
         const QStringList filesBefore = QDir(folder.path()).entryList(QDir::Files);
-        Result result = check(File(url(name), ExchangeAccess::Import), known);
+        Result result = check(url(name), known);
         EXPECT_EQ(readAll(path(name)), before) << name.toStdString();
         EXPECT_EQ(QDir(folder.path()).entryList(QDir::Files), filesBefore) << name.toStdString();
         return result;
