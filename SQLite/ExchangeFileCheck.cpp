@@ -194,7 +194,7 @@ LightFileInspection inspectLightFile(const QString& dbUri, const KeyFilter& mode
 
 QString refusalMessage(const Inspection& inspection, const QString& fileName)
 {
-    const QString file = QStringLiteral("\u201c%1\u201d").arg(fileName);
+    const QString file = QStringLiteral("\"%1\"").arg(fileName);
     const QString unchanged = QStringLiteral(" Nothing was changed.");
     const QString exported = QStringLiteral(" Choose a file exported by Orvane Keyboard Studio.");
     switch (inspection.problem) {
@@ -215,7 +215,7 @@ QString refusalMessage(const Inspection& inspection, const QString& fileName)
         return QStringLiteral("%1 is not a complete exchange file: it has no column %2.").arg(file, inspection.detail)
                + exported + unchanged;
     case Problem::NotANumber:
-        return QStringLiteral("%1 is damaged: it holds \u201c%2\u201d in %3, where a number belongs. Export it again.")
+        return QStringLiteral("%1 is damaged: it holds \"%2\" in %3, where a number belongs. Export it again.")
                    .arg(file, inspection.value, inspection.detail) + unchanged;
     case Problem::NoProfileRows:
         return QStringLiteral("%1 holds no key assignments to import (none under profile 1). Export the profile again "

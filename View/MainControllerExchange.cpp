@@ -28,7 +28,7 @@ QString counted(qsizetype n, const char* one, const char* many)
 
 QString quotedName(const QString& name)
 {
-    return QStringLiteral("\u201c%1\u201d").arg(name);
+    return QStringLiteral("\"%1\"").arg(name);
 }
 
 QString droppedNote(int dropped)
@@ -185,6 +185,8 @@ void MainController::showExchangeResult(const QString& line)
         label_exchange = new QLabel(this);
         label_exchange->setObjectName(QStringLiteral("label_exchange"));
         label_exchange->setAlignment(Qt::AlignCenter);
+        // One line as a rule; a long file name wraps rather than being cut.
+        label_exchange->setWordWrap(true);
         label_exchange->setStyleSheet(QStringLiteral(
             "QLabel { background: #e9f3ff; color: #0d0d0d; border: 1px solid #9cc8ff; border-radius: 6px; padding: 6px 12px; }"));
         auto* hideTimer = new QTimer(label_exchange);
@@ -194,9 +196,10 @@ void MainController::showExchangeResult(const QString& line)
         connect(hideTimer, &QTimer::timeout, label_exchange, &QWidget::hide);
     }
     label_exchange->setText(line);
-    label_exchange->setToolTip(line);
     // One line below the keyboard picture, beside the light list.
-    label_exchange->setGeometry(flippedRect(kWindowHeight, 24, 200, 872, label_exchange->sizeHint().height()));
+    constexpr int kWidth = 872;
+    const int height = label_exchange->heightForWidth(kWidth);
+    label_exchange->setGeometry(flippedRect(kWindowHeight, 24, 232 - height, kWidth, height));
     label_exchange->show();
     label_exchange->raise();
     label_exchange->findChild<QTimer*>(QStringLiteral("label_exchange_timer"))->start();

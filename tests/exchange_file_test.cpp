@@ -128,7 +128,7 @@ TEST_F(ExchangeFileTest, DamagedAndForeignFilesAreRefusedWithTheirProblemNamedAn
     }
     EXPECT_FALSE(QFile::exists(folder.path() + "/missing.key")) << "an import creates no file";
     EXPECT_EQ(ExchangeFileCheck::refusalMessage(inspectAny("text.key"), "text.key"),
-              "\u201ctext.key\u201d is damaged: it holds \u201cEsc\u201d in \"t_keyprofile\".\"keyvalue\", where a number "
+              "\"text.key\" is damaged: it holds \"Esc\" in \"t_keyprofile\".\"keyvalue\", where a number "
               "belongs. Export it again. Nothing was changed.");
 }
 
