@@ -173,6 +173,10 @@ void MainController::importLightData()
                        + droppedNote(inspection.dropped));
 }
 
+// The imported mode becomes the one being painted. Not yet here: the user
+// light list (its rows, the table and loadUserLightData) is built apart; once
+// it is, the new row {"mode": lightId, "text": name} is appended, the table
+// reloaded and the mode's colours loaded from here.
 void MainController::showImportedUserLight(int lightId, const QString& name)
 {
     Q_UNUSED(name);

@@ -84,7 +84,7 @@ TEST_F(ExchangeWindow, AProfileExportedFromProfileCMergesIntoProfileBWithoutAFra
     answer = QUrl::fromLocalFile(files.path()).toString();
     controller->exportKeyProfile();
     controller->exportKeyProfile();  // onto the same file: its rows go behind the first ones
-    EXPECT_EQ(result(), "Exported 2 key assignments to \u201cProfile A.key\u201d.");
+    EXPECT_EQ(result(), "Exported 2 key assignments to \"Profile A.key\".");
     SQLite::Database file((files.path() + "/Profile A.key").toStdString());
     EXPECT_EQ(queryRows(file, R"(SELECT * FROM "t_keyprofile")"),
               (Rows{{"1", "1", "4", "11", "127", "0", "0", "Mute"}, {"2", "1", "41", "11", "1", "0", "0", "Fn"},
@@ -96,7 +96,7 @@ TEST_F(ExchangeWindow, AProfileExportedFromProfileCMergesIntoProfileBWithoutAFra
     const int framesBefore = keyboard->setCount();
     controller->importKeyProfile();
     EXPECT_EQ(keyboard->setCount(), framesBefore) << "an import sends nothing";
-    EXPECT_EQ(result(), "Imported 4 key assignments from \u201cProfile A.key\u201d into Profile B.");
+    EXPECT_EQ(result(), "Imported 4 key assignments from \"Profile A.key\" into Profile B.");
     // S keeps its assignment; A and Esc take the file's, the later row of a key winning.
     EXPECT_EQ(assignments(2), (std::vector<ProfileKey>{{3, 0, 2, kS, 11, 5, 0, 0, "Old S"},
                                                         {6, 0, 2, kA, 11, 127, 0, 0, "Mute"},
@@ -120,7 +120,7 @@ TEST_F(ExchangeWindow, RefusedFilesChangeNothingAndSayWhyForeignKeysAreLeftOut)
     answer = fileUrl("noise.key");
     const int framesBefore = keyboard->setCount();
     controller->importKeyProfile();
-    EXPECT_EQ(refusal(), "\u201cnoise.key\u201d is not an exchange file: it is not a database at all. Choose a file "
+    EXPECT_EQ(refusal(), "\"noise.key\" is not an exchange file: it is not a database at all. Choose a file "
                          "exported by Orvane Keyboard Studio. Nothing was changed.");
     EXPECT_EQ(dumpDatabase(*store.db), before);
 
@@ -133,7 +133,7 @@ TEST_F(ExchangeWindow, RefusedFilesChangeNothingAndSayWhyForeignKeysAreLeftOut)
     }
     answer = fileUrl("k68.key");
     controller->importKeyProfile();
-    EXPECT_EQ(result(), "Imported 1 key assignment from \u201ck68.key\u201d into Profile A. 2 rows were left out: "
+    EXPECT_EQ(result(), "Imported 1 key assignment from \"k68.key\" into Profile A. 2 rows were left out: "
                         "their keys are not on this keyboard.");
     EXPECT_EQ(assignments(1), (std::vector<ProfileKey>{{1, 0, 1, kS, 11, 5, 0, 0, "S"}, {2, 0, 1, kFn, 11, 127, 0, 0, "Mute"}}));
     EXPECT_EQ(keyboard->setCount(), framesBefore);
@@ -159,7 +159,7 @@ TEST_F(ExchangeWindow, ALightModeExportedImportsAsANewModeWithItsColours)
 
     answer = QUrl::fromLocalFile(files.path()).toString();
     controller->exportLightData();
-    EXPECT_EQ(result(), "Exported the light mode \u201cDusk/Dawn\u201d with 2 key colours to \u201cDusk_Dawn.light\u201d.");
+    EXPECT_EQ(result(), "Exported the light mode \"Dusk/Dawn\" with 2 key colours to \"Dusk_Dawn.light\".");
 
     answer = fileUrl("Dusk_Dawn.light");
     const int framesBefore = keyboard->setCount();
