@@ -1,5 +1,4 @@
-// What an import of an exchange file writes into the device database, and
-// what an export of a light mode reads.
+// What an import of an exchange file writes into the device database.
 
 #include "SQLite/DeviceSQLite.h"
 
@@ -74,26 +73,4 @@ int64_t DeviceSQLite::addUserLightWithColours(const QString& name, const std::ve
         RecordStatements::logFailure("addUserLightWithColours", e);
         return 0;
     }
-}
-
-bool DeviceSQLite::queryUserLightExport(int lightId, QString& name, std::vector<LEDData>& leds) const
-{
-    return RecordStatements::guarded(db, "queryUserLightExport", false, [&](SQLite::Database& connection) {
-        // One read transaction: the name and the colours are of one moment.
-        SQLite::Transaction transaction(connection, SQLite::TransactionBehavior::DEFERRED);
-        SQLite::Statement mode(connection, R"(SELECT "lightName" FROM "t_userlightdata" WHERE "userlightId" = ?)");
-        mode.bind(1, lightId);
-        if (!mode.executeStep())
-            return false;
-        SQLite::Statement colours(connection, R"(SELECT "rgbId", "keyvalue", "rgbvalue" FROM "t_keyrgbdata"
-                                                 WHERE "profId" = ? AND "lightId" = ? ORDER BY "rgbId")");
-        colours.bind(1, kLightProfile);
-        colours.bind(2, lightId);
-        std::vector<LEDData> rows;
-        while (colours.executeStep())
-            rows.push_back({colours.getColumn(0).getInt(), colours.getColumn(1).getInt(), colours.getColumn(2).getInt()});
-        name = QString::fromStdString(mode.getColumn(0).getString());
-        leds.insert(leds.end(), rows.begin(), rows.end());
-        return true;
-    });
 }

@@ -13,7 +13,9 @@
 // LanguageSwitch (texts and the language menu), MainControllerSystem (menu
 // commands), MainControllerLight (the built-in light effects),
 // MainControllerSystemPage (the key locks), MainControllerKeyTable (the
-// key table of a profile), MainControllerExchange (the ".key" and ".light"
+// key table of a profile), MainControllerMacro (the macro page and the macro
+// store), MainControllerUserLight and MainControllerUserLightPaint (user
+// light modes), MainControllerExchange (the ".key" and ".light"
 // files).
 
 #include "HIDDevice/DeviceComm.h"
@@ -22,6 +24,7 @@
 #include "HIDDevice/TransportQueue.h"
 #include "View/ExchangeDialog.h"
 
+#include <QColor>
 #include <QLabel>
 #include <QList>
 #include <QPointer>
@@ -51,7 +54,12 @@ class PofilePopoverViewController;
 class QMessageBox;
 class LightTableItemView;
 class LocalSQLite;
+class IconButton;
+class MacroWindowController;
+struct ProfileKey;
 class QListWidget;
+class QColorDialog;
+class UserLightTableItemView;
 struct StoreHealth;
 
 class MainController : public QWidget {
@@ -243,6 +251,59 @@ public:
     MenuPopoverViewController* menuPopover = nullptr;       // made on first use
     QPointer<QMessageBox> resetAlert;                        // the question on show
 
+    // ---- Macro page and macro store (MainControllerMacro) -------------------
+    void initMacroPage();  // builds macro_view, hidden until its page is chosen
+    void setMacroPageTexts();
+    void registerMacroNotifications();
+    void loadMacroData();
+    void UpdateMacroInfo();
+    void MacroTableViewButton(const QVariant& object);    // "type" 1 delete, 2 edit; "index"
+    void SubMenuItemMacroAction(const QVariant& object);  // "type" 1 opens the window; "macroid"
+    void MacroFunctionAction(const QVariant& object);     // the macro id: binds it to currentKeyValue
+    void action_macro_newmacro();
+    // The one write path of every key assignment (MainControllerKeyFunc):
+    // stores `keydata` for currentKeyValue in the profile in use, shows it on
+    // the key and uploads the profile's key table.
+    void addCustomKey(ProfileKey& keydata);
+    // Sends the whole store; refuses, with a note in the window, a library
+    // that would not fit the keyboard.
+    void SaveMacroToKeyboard();
+    // Takes back the message of `topic`, so a newer one can be shown.
+    void withdrawProblem(const QString& topic);
+    QWidget* macro_view = nullptr;
+    QLabel* label_macro_caption = nullptr;
+    IconButton* btn_macro_newmacro = nullptr;
+    QListWidget* macro_table = nullptr;   // identifier "macrotable"
+    QList<QVariantMap> macro_datas;       // "macroid", "text"
+    QPointer<MacroWindowController> macroWindow;
+    // ---- User light modes (MainControllerUserLight, MainControllerUserLightPaint)
+    // The list of the user light tab, painting the picture through the one
+    // shared colour dialog, and saving a mode to a custom slot.
+    void initUserLightPage();  // the list inside userlight_view
+    void registerUserLightNotifications();
+    void loadUserlightData();
+    void loadUserLightData(int64_t UserlightId);  // shows a mode on the picture
+    void addUserLight();
+    void UserLightTableMenuMsg(int msgId);  // 166 add; 167 to 171 save to slot 1 to 5
+    void UserLightTableViewMenu(const QVariant& object);
+    void UserLightTableViewButton(const QVariant& object);
+    void userLightSelectionDidChange();
+    UserLightTableItemView* userLightRowView(int row);  // made if needed
+    void appendUserLightRow();
+    void keyboardKeyAction(const QVariant& object);
+    void setUserLightRGB();
+    void changeUserLightColor(const QColor& color);
+    void closeColorPanel();
+    void setHFDUserLightData();
+    void setHFDUserLightModeData(int profile);
+    void resetUserLightData();
+    QList<QVariantMap> userlightmode_datas;  // "mode" (lightId), "text"
+    QListWidget* userlightmode_table = nullptr;  // identifier "userlightmode"
+    QColorDialog* colorPanel = nullptr;          // shared, made on first use
+    // Shows the light menu of the given type (2 on a row, 3 beside the rows)
+    // at the pointer; set by the light menu window.
+    std::function<void(int menuType)> showLightMenu;
+
     // ---- Exchange files (MainControllerExchange) --------------------------
     // The main menu's profile export and import, and the user light list's
     // export and import. An import reads the chosen file without writing to
@@ -302,9 +363,22 @@ private:
     void layoutProblems();
     std::uint64_t menuItemObserver_ = 0;  // "MenuItemMouseUpAction", added once
 
+    // Macro page
+    void reloadMacroTable();
+    void showMacroWindow(int64_t macroId);
+    void showMacroStoreNote(const QString& message);
+    bool macroObserversAdded_ = false;
+    // User light painting: the newest colour not yet stored, and whether a
+    // pass to store it is already due. Reports that come faster than the
+    // passes are merged into the newest one.
+    std::optional<QColor> pendingPaintColour_;
+    bool paintPassDue_ = false;
+    void runPaintPass();
+    bool userLightObserved_ = false;
+
     // ---- Exchange files ------------------------------------------------------
     QString chooseExchangeFile(const ExchangeDialog& dialog);
     void showExchangeResult(const QString& line);
     void showExchangeRefusal(const QString& message);
-    void showImportedUserLight(int lightId, const QString& name);
+    void showImportedUserLight(int lightId);
 };

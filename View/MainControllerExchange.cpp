@@ -12,6 +12,8 @@
 #include "View/KeyboardLayout/KeyCodeMaps.h"
 #include "View/control/FlippedRect.h"
 
+#include <QItemSelectionModel>
+#include <QListWidget>
 #include <QMessageBox>
 
 namespace {
@@ -125,13 +127,22 @@ void MainController::exportLightData()
     const QString folder = chooseExchangeFile({{}, ExchangeDialog::Pick::Folder, {}});
     if (folder.isEmpty())
         return;
-    QString name;
+    const QModelIndexList selected =
+        userlightmode_table ? userlightmode_table->selectionModel()->selectedIndexes() : QModelIndexList();
+    const int row = selected.isEmpty() ? -1 : selected.first().row();
+    if (row < 0 || row >= userlightmode_datas.size())
+        return showExchangeRefusal(tr("No light mode is chosen, so nothing was exported. Choose one in the list of "
+                                      "user lights and try again."));
+    // The name is the list's; the colours are those of the mode being
+    // painted, which the list's selection sets.
+    const QString name = userlightmode_datas.at(row).value(QStringLiteral("text")).toString();
+    std::vector<RGBData> rows;
+    if (!deviceDB || !deviceDB->queryKeyRGB(1, currentUserLightMode, rows))
+        return showExchangeRefusal(tr("The colours of %1 could not be read, so nothing was exported. Connect the "
+                                      "keyboard again and retry.").arg(quotedName(name)));
     std::vector<LEDData> leds;
-    if (!deviceDB || !deviceDB->queryUserLightExport(currentUserLightMode, name, leds)) {
-        showExchangeRefusal(tr("The chosen light mode could not be read, so nothing was exported. Choose a light mode "
-                               "in the list and try again."));
-        return;
-    }
+    for (const RGBData& colour : rows)
+        leds.push_back({0, colour.keyvalue, colour.rgbvalue});
     const QString url = ExchangeFile::fileUrlInFolder(folder, name, QStringLiteral(".light"));
     LightSQLite file(url);
     if (!file.addLightMode(name, leds)) {
@@ -166,21 +177,19 @@ void MainController::importLightData()
                                 .arg(quotedName(fileName), QString::fromStdString(deviceDB->health.lastFailure.reason)));
         return;
     }
-    showImportedUserLight(static_cast<int>(lightId), inspection.name);
+    showImportedUserLight(static_cast<int>(lightId));
     showExchangeResult(tr("Imported the light mode %1 with %2 from %3.")
                            .arg(quotedName(inspection.name), counted(inspection.leds.size(), "key colour", "key colours"),
                                 quotedName(fileName))
                        + droppedNote(inspection.dropped));
 }
 
-// The imported mode becomes the one being painted. Not yet here: the user
-// light list (its rows, the table and loadUserLightData) is built apart; once
-// it is, the new row {"mode": lightId, "text": name} is appended, the table
-// reloaded and the mode's colours loaded from here.
-void MainController::showImportedUserLight(int lightId, const QString& name)
+// The imported mode joins the list, read again from the database, and
+// becomes the one being painted.
+void MainController::showImportedUserLight(int lightId)
 {
-    Q_UNUSED(name);
-    currentUserLightMode = lightId;
+    loadUserlightData();
+    loadUserLightData(lightId);
 }
 
 void MainController::showExchangeResult(const QString& line)

@@ -55,6 +55,9 @@ void MainController::InitUI()
     action_ligjhtmode_tab();
     viewType = 2;
     sysset_view->setVisible(viewType == 3);
+    // Macro page
+    initMacroPage();
+    macro_view->setVisible(viewType == 1);
     LanguageSwicth();
 }
 
@@ -72,6 +75,9 @@ void MainController::registerNotification()
     if (!menuItemObserver_)
         menuItemObserver_ = NotificationCenter::defaultCenter().addObserver(
             QStringLiteral("MenuItemMouseUpAction"), [this](const QVariant& o) { MenuItemMouseUpAction(o); }, this);
+    registerMacroNotifications();
+    // User light modes: clicks on the picture, the list's menu and buttons.
+    registerUserLightNotifications();
 }
 
 void MainController::showProblem(const QString& message, const QString& topic)
@@ -95,4 +101,16 @@ void MainController::layoutProblems()
     label_problem->setGeometry(flippedRect(kWindowHeight, 24, 16, w, h));
     label_problem->show();
     label_problem->raise();
+}
+
+void MainController::withdrawProblem(const QString& topic)
+{
+    const qsizetype at = problemTopics_.indexOf(topic);
+    if (at < 0)
+        return;
+    problemTopics_.removeAt(at);
+    problems_.removeAt(at);
+    if (problems_.isEmpty() && label_problem)
+        label_problem->hide();
+    layoutProblems();
 }

@@ -13,6 +13,7 @@
 #include "support/WaitUntil.h"
 
 #include <QLabel>
+#include <QListWidget>
 #include <QMessageBox>
 #include <QUrl>
 #include <gtest/gtest.h>
@@ -155,7 +156,10 @@ TEST_F(ExchangeWindow, ALightModeExportedImportsAsANewModeWithItsColours)
     DeviceSQLite& store = *controller->deviceDB;
     // A painted twice (the later colour stays), S cleared: two colours stored.
     const std::vector<LEDData> painted{{0, kA, 0x123456}, {0, kEscape, 0x0000ff}, {0, kA, 0xff8800}, {0, kS, 0}};
-    controller->currentUserLightMode = static_cast<int>(store.addUserLightWithColours("Dusk/Dawn", painted));
+    store.addUserLightWithColours("Dusk/Dawn", painted);
+    controller->loadUserlightData();
+    controller->userlightmode_table->setCurrentRow(0);
+    ASSERT_EQ(controller->currentUserLightMode, 1);
 
     answer = QUrl::fromLocalFile(files.path()).toString();
     controller->exportLightData();
@@ -166,10 +170,10 @@ TEST_F(ExchangeWindow, ALightModeExportedImportsAsANewModeWithItsColours)
     controller->importLightData();
     EXPECT_EQ(keyboard->setCount(), framesBefore);
     EXPECT_EQ(controller->currentUserLightMode, 2);
-    QString name;
-    std::vector<LEDData> colours;
-    ASSERT_TRUE(store.queryUserLightExport(2, name, colours));
-    EXPECT_EQ(name, "Dusk/Dawn");
-    EXPECT_EQ(colours, (std::vector<LEDData>{{4, kEscape, 0x0000ff}, {5, kA, 0xff8800}}));
+    EXPECT_EQ(controller->userlightmode_datas.last(), (QVariantMap{{"mode", qint64(2)}, {"text", "Dusk/Dawn"}}));
+    EXPECT_EQ(controller->userlightmode_table->count(), 2);
+    std::vector<RGBData> colours;
+    ASSERT_TRUE(store.queryKeyRGB(1, 2, colours));
+    EXPECT_EQ(colours, (std::vector<RGBData>{{4, 2, 1, kEscape, 0x0000ff}, {5, 2, 1, kA, 0xff8800}}));
     EXPECT_EQ(asked.back(), (ExchangeDialog{"Select files", ExchangeDialog::Pick::ExistingFile, "light"}));
 }
