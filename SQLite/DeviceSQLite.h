@@ -57,6 +57,8 @@ struct VersionCheck {
 // failed is not a missing version: the device file is then used as it is.
 VersionCheck checkDeviceDatabaseVersion(const StoreRead& stored);
 
+struct LEDData;
+
 class DeviceSQLite {
 public:
     // Opens `device` in the database folder; with `reset`, an existing file
@@ -153,6 +155,20 @@ public:
     // insertKeyRGB for every entry, all in one transaction: a paint pass is
     // stored whole or not at all. False when it was rolled back.
     bool insertKeyRGBPass(const std::vector<RGBData>& pass);
+
+    // ---- Exchange files ------------------------------------------------------
+    // Source: DeviceSQLiteExchange.cpp. What an import writes, each in one
+    // transaction: on failure the database stays as it was, `health` keeps
+    // why.
+
+    // Each row as addKeyProfile writes it, in order: a later row of a key
+    // wins, `macroValue` 0 removes the key's row, `keyValue` 0 is skipped.
+    bool addKeyProfiles(const std::vector<ProfileKey>& rows);
+    // A new user light mode named `name` ("speed" and "brightness" 10) with
+    // the colours, stored under profile 1 as painting stores them: one row
+    // per key, the later colour of a key wins, colour 0 and key 0 store
+    // nothing. The new mode's id; 0 when nothing was stored.
+    int64_t addUserLightWithColours(const QString& name, const std::vector<LEDData>& leds);
 
     // Empty when opening failed.
     std::unique_ptr<SQLite::Database> db;

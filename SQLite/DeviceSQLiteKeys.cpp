@@ -17,28 +17,7 @@ int64_t DeviceSQLite::addKeyProfile(const ProfileKey& data)
         return 0;
     return guarded(db, "addKeyProfile", int64_t{0}, [&](SQLite::Database& connection) -> int64_t {
         SQLite::Transaction transaction(connection);
-        SQLite::Statement remove(connection, R"(DELETE FROM "t_keyprofile" WHERE "profId" = ? AND "keyvalue" = ?)");
-        remove.bind(1, data.profId);
-        remove.bind(2, data.keyValue);
-        remove.exec();
-        StoreSupport::reachStep("keys.add.delete");
-        if (data.macroValue == 0) {
-            // No row is how a key goes back to its default function.
-            transaction.commit();
-            return 0;
-        }
-        SQLite::Statement insert(connection, R"(INSERT INTO "t_keyprofile" ("profId", "keyvalue", "macroType",
-                                                "macroValue", "macro2Value", "macro3Value", "macroDesc")
-                                                VALUES (?, ?, ?, ?, ?, ?, ?))");
-        insert.bind(1, data.profId);
-        insert.bind(2, data.keyValue);
-        insert.bind(3, data.macroType);
-        insert.bind(4, data.macroValue);
-        insert.bind(5, data.macro2Value);
-        insert.bind(6, data.macro3Value);
-        insert.bind(7, data.macroDesc.toStdString());
-        insert.exec();
-        const int64_t id = connection.getLastInsertRowid();
+        const int64_t id = RecordStatements::replaceKeyAssignment(connection, data);
         transaction.commit();
         return id;
     });
@@ -53,19 +32,7 @@ bool DeviceSQLite::queryKeysProfile(int profile, std::vector<ProfileKey>& dataAr
         query.bind(1, profile);
         // Collected apart, so that a failure half way leaves the caller's
         // array as it was rather than looking like fewer assignments.
-        std::vector<ProfileKey> rows;
-        while (query.executeStep()) {
-            ProfileKey key;
-            key.keyId = query.getColumn(0).getInt64();
-            key.profId = query.getColumn(1).getInt();
-            key.keyValue = query.getColumn(2).getInt();
-            key.macroType = query.getColumn(3).getInt();
-            key.macroValue = query.getColumn(4).getInt();
-            key.macro2Value = query.getColumn(5).getInt();
-            key.macro3Value = query.getColumn(6).getInt();
-            key.macroDesc = QString::fromStdString(query.getColumn(7).getString());
-            rows.push_back(std::move(key));
-        }
+        const std::vector<ProfileKey> rows = RecordStatements::keyAssignmentRows(query);
         dataArray.insert(dataArray.end(), rows.begin(), rows.end());
         return true;
     });

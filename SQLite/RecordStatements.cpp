@@ -1,6 +1,7 @@
 #include "SQLite/RecordStatements.h"
 
 #include "Common/OutputLine.h"
+#include "SQLite/StoreSupport.h"
 
 #include <SQLiteCpp/Statement.h>
 
@@ -12,6 +13,54 @@ namespace RecordStatements {
 int64_t storedPlayTimes(int64_t playTimes)
 {
     return std::clamp(playTimes, kMinPlayTimes, kMaxPlayTimes);
+}
+
+int64_t replaceKeyAssignment(SQLite::Database& db, const ProfileKey& data)
+{
+    if (data.keyValue == 0)
+        return 0;
+    SQLite::Statement remove(db, R"(DELETE FROM "t_keyprofile" WHERE "profId" = ? AND "keyvalue" = ?)");
+    remove.bind(1, data.profId);
+    remove.bind(2, data.keyValue);
+    remove.exec();
+    StoreSupport::reachStep("keys.add.delete");
+    // No row is how a key goes back to its default function.
+    if (data.macroValue == 0)
+        return 0;
+    return insertKeyAssignment(db, data);
+}
+
+int64_t insertKeyAssignment(SQLite::Database& db, const ProfileKey& data)
+{
+    SQLite::Statement insert(db, R"(INSERT INTO "t_keyprofile" ("profId", "keyvalue", "macroType", "macroValue",
+                                    "macro2Value", "macro3Value", "macroDesc") VALUES (?, ?, ?, ?, ?, ?, ?))");
+    insert.bind(1, data.profId);
+    insert.bind(2, data.keyValue);
+    insert.bind(3, data.macroType);
+    insert.bind(4, data.macroValue);
+    insert.bind(5, data.macro2Value);
+    insert.bind(6, data.macro3Value);
+    insert.bind(7, data.macroDesc.toStdString());
+    insert.exec();
+    return db.getLastInsertRowid();
+}
+
+std::vector<ProfileKey> keyAssignmentRows(SQLite::Statement& query)
+{
+    std::vector<ProfileKey> rows;
+    while (query.executeStep()) {
+        ProfileKey key;
+        key.keyId = query.getColumn(0).getInt64();
+        key.profId = query.getColumn(1).getInt();
+        key.keyValue = query.getColumn(2).getInt();
+        key.macroType = query.getColumn(3).getInt();
+        key.macroValue = query.getColumn(4).getInt();
+        key.macro2Value = query.getColumn(5).getInt();
+        key.macro3Value = query.getColumn(6).getInt();
+        key.macroDesc = QString::fromStdString(query.getColumn(7).getString());
+        rows.push_back(std::move(key));
+    }
+    return rows;
 }
 
 int64_t insertMacro(SQLite::Database& db, const QString& name)

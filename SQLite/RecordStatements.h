@@ -13,11 +13,13 @@
 #include "Common/Records.h"
 
 #include <SQLiteCpp/Database.h>
+#include <SQLiteCpp/Statement.h>
 
 #include <cstdint>
 #include <exception>
 #include <memory>
 #include <string_view>
+#include <vector>
 
 namespace RecordStatements {
 
@@ -27,6 +29,15 @@ inline constexpr int64_t kMinPlayTimes = 1;
 inline constexpr int64_t kMaxPlayTimes = 255;
 int64_t storedPlayTimes(int64_t playTimes);
 
+// Deletes the key's row in the profile and, unless `macroValue` is 0 (back
+// to the default), inserts `data`: the new row id, or 0 when none was
+// inserted. `keyValue` 0 runs nothing.
+int64_t replaceKeyAssignment(SQLite::Database& db, const ProfileKey& data);
+// One insert into "t_keyprofile", nothing deleted: the new row id.
+int64_t insertKeyAssignment(SQLite::Database& db, const ProfileKey& data);
+// The rows of a query of "keyId", "profId", "keyvalue", "macroType",
+// "macroValue", "macro2Value", "macro3Value", "macroDesc", `layerId` 0.
+std::vector<ProfileKey> keyAssignmentRows(SQLite::Statement& query);
 int64_t insertMacro(SQLite::Database& db, const QString& name);
 // The number of rows changed: 0 when there is no such macro.
 int setMacroInfo(SQLite::Database& db, const MacroInfo& info);

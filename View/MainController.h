@@ -15,12 +15,14 @@
 // MainControllerSystemPage (the key locks), MainControllerKeyTable (the
 // key table of a profile), MainControllerMacro (the macro page and the macro
 // store), MainControllerUserLight and MainControllerUserLightPaint (user
-// light modes), MainControllerLinks (the user guide and the web links).
+// light modes), MainControllerLinks (the user guide and the web links),
+// MainControllerExchange (the ".key" and ".light" files).
 
 #include "HIDDevice/DeviceComm.h"
 #include "HIDDevice/HIDDevice.h"
 #include "HIDDevice/HIDDeviceMonitor.h"
 #include "HIDDevice/TransportQueue.h"
+#include "View/ExchangeDialog.h"
 
 #include <QColor>
 #include <QLabel>
@@ -70,6 +72,9 @@ public:
         HIDDeviceMonitor::ManagerFactory hidManagerFactory = createPlatformHidManager;
         // Pause between reports; tests may speed the transport up.
         DeviceComm::Sleeper transportSleeper;
+        // Exchange files: asks for a file or a folder and answers its file:
+        // URL, empty when cancelled. Empty: the file dialog. Tests answer here.
+        std::function<QString(const ExchangeDialog&)> chooseExchangeFile;
     };
 
     static constexpr int kWindowWidth = 1160;
@@ -241,8 +246,6 @@ public:
     void askToReset(int msgId);
     void resetCurrent();
     void resetAllData();
-    void importKeyProfile();
-    void exportKeyProfile();
     QAbstractButton* imgbtn_profile = nullptr;
     QAbstractButton* imgbtn_menu = nullptr;
     PofilePopoverViewController* profilePopover = nullptr;  // made on first use
@@ -326,6 +329,18 @@ public:
     ImageButton* imgbtn_facebook = nullptr;
     ImageButton* imgbtn_chat = nullptr;
 
+    // ---- Exchange files (MainControllerExchange) --------------------------
+    // The main menu's profile export and import, and the user light list's
+    // export and import. An import reads the chosen file without writing to
+    // it, checks all of it first, and changes the database in one
+    // transaction or not at all; it sends nothing to the keyboard. Each ends
+    // with one line in the window, or a message saying what went wrong.
+    void exportKeyProfile();
+    void importKeyProfile();
+    void exportLightData();
+    void importLightData();
+    QLabel* label_exchange = nullptr;  // made on first use
+
 protected:
     void showEvent(QShowEvent* event) override;
     void hideEvent(QHideEvent* event) override;
@@ -385,4 +400,10 @@ private:
     bool paintPassDue_ = false;
     void runPaintPass();
     bool userLightObserved_ = false;
+
+    // ---- Exchange files ------------------------------------------------------
+    QString chooseExchangeFile(const ExchangeDialog& dialog);
+    void showExchangeResult(const QString& line);
+    void showExchangeRefusal(const QString& message);
+    void showImportedUserLight(int lightId);
 };

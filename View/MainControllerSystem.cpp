@@ -62,8 +62,3 @@ void MainController::SystemMenuMsg(int msgId)
         break;
     }
 }
-
-// The profile files come with the exchange files; until then the menu's
-// entries are shown and do nothing.
-void MainController::exportKeyProfile() {}
-void MainController::importKeyProfile() {}

@@ -1,0 +1,59 @@
+#include "SQLite/ExchangeFile.h"
+
+#include "Common/OutputLine.h"
+
+#include <QFileInfo>
+
+std::unique_ptr<SQLite::Database> ExchangeFile::open(const QString& dbUri, ExchangeAccess access, std::string& failure)
+{
+    const int flags = access == ExchangeAccess::Export ? SQLite::OPEN_READWRITE | SQLite::OPEN_CREATE | SQLite::OPEN_URI
+                                                       : SQLite::OPEN_READONLY | SQLite::OPEN_URI;
+    try {
+        auto db = std::make_unique<SQLite::Database>(dbUri.toStdString(), flags);
+        OutputLine::print("init: connect success");
+        return db;
+    } catch (const std::exception& e) {
+        failure = e.what();
+        OutputLine::print(std::string("init: connect fail ") + e.what());
+        return nullptr;
+    }
+}
+
+void ExchangeFile::createTables(SQLite::Database& db, std::initializer_list<const char*> statements, std::string& failure)
+{
+    try {
+        for (const char* statement : statements)
+            db.exec(statement);
+        OutputLine::print("createTable success");
+    } catch (const std::exception& e) {
+        failure = e.what();
+        OutputLine::print(std::string("createTable fail ") + e.what());
+    }
+}
+
+QString ExchangeFile::safeFileName(const QString& name)
+{
+    static const QString kMeaningful = QStringLiteral("/\\?#%:*\"'<>|");
+    QString safe = name;
+    for (QChar& c : safe) {
+        if (c.unicode() < 0x20 || c.unicode() == 0x7f || kMeaningful.contains(c))
+            c = QLatin1Char('_');
+    }
+    return safe.isEmpty() ? QStringLiteral("_") : safe;
+}
+
+QString ExchangeFile::fileUrlInFolder(const QString& folder, const QString& name, const QString& suffix)
+{
+    QString path = QUrl(folder).toLocalFile();
+    if (!path.endsWith(QLatin1Char('/')))
+        path += QLatin1Char('/');
+    // Encoded, so that SQLite reads a "%", "?" or "#" of the folder's path
+    // as part of the name and not as the URL's own syntax.
+    return QUrl::fromLocalFile(path + safeFileName(name) + suffix).toString(QUrl::FullyEncoded);
+}
+
+QString ExchangeFile::displayName(const QString& dbUri)
+{
+    const QUrl url(dbUri);
+    return url.isLocalFile() ? QFileInfo(url.toLocalFile()).fileName() : dbUri;
+}

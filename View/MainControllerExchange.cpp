@@ -1,0 +1,228 @@
+// The exchange files: a profile's key assignments as a ".key" file, a user
+// light mode as a ".light" file. The files are checked by ExchangeFileCheck
+// and written by the device store; this file asks for the file, hands over
+// and tells the user how it went.
+#include "View/MainController.h"
+
+#include "Language/Language.h"
+#include "SQLite/DeviceSQLite.h"
+#include "SQLite/ExchangeFileCheck.h"
+#include "SQLite/KeyProfileSQLite.h"
+#include "SQLite/LightSQLite.h"
+#include "View/KeyboardLayout/KeyCodeMaps.h"
+#include "View/control/FlippedRect.h"
+
+#include <QItemSelectionModel>
+#include <QListWidget>
+#include <QMessageBox>
+
+namespace {
+
+// What InitUI gives the profile button; a profile file is named after it,
+// whichever profile is in use and in either language.
+const QString kProfileButtonTitle = QStringLiteral("Profile A");
+constexpr int kResultShownMs = 8000;
+
+QString counted(qsizetype n, const char* one, const char* many)
+{
+    return QStringLiteral("%1 %2").arg(n).arg(QLatin1String(n == 1 ? one : many));
+}
+
+QString quotedName(const QString& name)
+{
+    return QStringLiteral("\"%1\"").arg(name);
+}
+
+QString droppedNote(int dropped)
+{
+    if (dropped == 0)
+        return {};
+    return QStringLiteral(" %1 left out: %2 not on this keyboard.")
+        .arg(counted(dropped, "row was", "rows were"), QLatin1String(dropped == 1 ? "its key is" : "their keys are"));
+}
+
+bool modelHasKey(int keyCode)
+{
+    return keyCodeRecord(keyCode).has_value();
+}
+
+QString profileButtonTitle(const QWidget* window)
+{
+    const auto* button = window->findChild<const QWidget*>(QStringLiteral("imgbtn_profile"));
+    const QString title = button ? button->property("btn_text").toString() : QString();
+    return title.isEmpty() ? kProfileButtonTitle : title;
+}
+
+}  // namespace
+
+QString MainController::chooseExchangeFile(const ExchangeDialog& dialog)
+{
+    return environment_.chooseExchangeFile ? environment_.chooseExchangeFile(dialog) : runExchangeDialog(this, dialog);
+}
+
+void MainController::exportKeyProfile()
+{
+    if (!deviceState)
+        return;
+    const QString folder = chooseExchangeFile({{}, ExchangeDialog::Pick::Folder, {}});
+    if (folder.isEmpty())
+        return;
+    const QString url = ExchangeFile::fileUrlInFolder(folder, profileButtonTitle(this), QStringLiteral(".key"));
+    std::vector<ProfileKey> rows;
+    if (!deviceDB || !deviceDB->queryKeysProfile(currentProfile, rows)) {
+        showExchangeRefusal(tr("The key assignments of this profile could not be read, so nothing was exported. "
+                               "Connect the keyboard again and retry."));
+        return;
+    }
+    keyProfileSQLite file(url);
+    if (!file.addKeyProfiles(rows)) {
+        showExchangeRefusal(tr("%1 could not be written (%2). Choose a folder you may write to, or remove a file of "
+                               "that name that is not a profile file, and try again.")
+                                .arg(quotedName(ExchangeFile::displayName(url)), QString::fromStdString(file.failure)));
+        return;
+    }
+    showExchangeResult(tr("Exported %1 to %2.").arg(counted(rows.size(), "key assignment", "key assignments"),
+                                                    quotedName(ExchangeFile::displayName(url))));
+}
+
+void MainController::importKeyProfile()
+{
+    if (!deviceState)
+        return;
+    const QString url = chooseExchangeFile({QStringLiteral("Select file"), ExchangeDialog::Pick::ExistingFile,
+                                            QStringLiteral("key")});
+    if (url.isEmpty())
+        return;
+    const QString fileName = ExchangeFile::displayName(url);
+    const auto inspection = ExchangeFileCheck::inspectKeyFile(url, modelHasKey);
+    if (!inspection.ok())
+        return showExchangeRefusal(ExchangeFileCheck::refusalMessage(inspection, fileName));
+    // The rows go into the profile in use, so a poll's reply that changes
+    // it is acted on first.
+    afterPollReply([this, inspection = inspection, fileName]() mutable {
+        if (!deviceDB || !deviceDB->db) {
+            showExchangeRefusal(tr("Your keyboard's settings are not open, so %1 was not imported. Connect the "
+                                   "keyboard and try again.").arg(quotedName(fileName)));
+            return;
+        }
+        for (ProfileKey& row : inspection.rows)
+            row.profId = currentProfile;
+        if (!deviceDB->addKeyProfiles(inspection.rows)) {
+            showExchangeRefusal(tr("%1 could not be saved (%2). Nothing was changed; try again.")
+                                    .arg(quotedName(fileName), QString::fromStdString(deviceDB->health.lastFailure.reason)));
+            return;
+        }
+        // The keys show the new assignments; the keyboard gets them with the
+        // profile's next key table upload.
+        loadKeyMacro();
+        showExchangeResult(tr("Imported %1 from %2 into %3.")
+                               .arg(counted(inspection.rows.size(), "key assignment", "key assignments"),
+                                    quotedName(fileName), languageText(profileTextId(currentProfile)))
+                           + droppedNote(inspection.dropped));
+    });
+}
+
+void MainController::exportLightData()
+{
+    const QString folder = chooseExchangeFile({{}, ExchangeDialog::Pick::Folder, {}});
+    if (folder.isEmpty())
+        return;
+    const QModelIndexList selected =
+        userlightmode_table ? userlightmode_table->selectionModel()->selectedIndexes() : QModelIndexList();
+    const int row = selected.isEmpty() ? -1 : selected.first().row();
+    if (row < 0 || row >= userlightmode_datas.size())
+        return showExchangeRefusal(tr("No light mode is chosen, so nothing was exported. Choose one in the list of "
+                                      "user lights and try again."));
+    // The name is the list's; the colours are those of the mode being
+    // painted, which the list's selection sets.
+    const QString name = userlightmode_datas.at(row).value(QStringLiteral("text")).toString();
+    std::vector<RGBData> rows;
+    if (!deviceDB || !deviceDB->queryKeyRGB(1, currentUserLightMode, rows))
+        return showExchangeRefusal(tr("The colours of %1 could not be read, so nothing was exported. Connect the "
+                                      "keyboard again and retry.").arg(quotedName(name)));
+    std::vector<LEDData> leds;
+    for (const RGBData& colour : rows)
+        leds.push_back({0, colour.keyvalue, colour.rgbvalue});
+    const QString url = ExchangeFile::fileUrlInFolder(folder, name, QStringLiteral(".light"));
+    LightSQLite file(url);
+    if (!file.addLightMode(name, leds)) {
+        showExchangeRefusal(tr("%1 could not be written (%2). Choose a folder you may write to, or remove a file of "
+                               "that name that is not a light file, and try again.")
+                                .arg(quotedName(ExchangeFile::displayName(url)), QString::fromStdString(file.failure)));
+        return;
+    }
+    showExchangeResult(tr("Exported the light mode %1 with %2 to %3.")
+                           .arg(quotedName(name), counted(leds.size(), "key colour", "key colours"),
+                                quotedName(ExchangeFile::displayName(url))));
+}
+
+void MainController::importLightData()
+{
+    if (!deviceDB || !deviceDB->db) {
+        showExchangeRefusal(tr("Your keyboard's settings are not open, so nothing can be imported. Connect the "
+                               "keyboard and try again."));
+        return;
+    }
+    const QString url = chooseExchangeFile({QStringLiteral("Select files"), ExchangeDialog::Pick::ExistingFile,
+                                            QStringLiteral("light")});
+    if (url.isEmpty())
+        return;
+    const QString fileName = ExchangeFile::displayName(url);
+    const auto inspection = ExchangeFileCheck::inspectLightFile(url, modelHasKey);
+    if (!inspection.ok())
+        return showExchangeRefusal(ExchangeFileCheck::refusalMessage(inspection, fileName));
+    const int64_t lightId = deviceDB->addUserLightWithColours(inspection.name, inspection.leds);
+    if (lightId < 1) {
+        showExchangeRefusal(tr("%1 could not be saved (%2). Nothing was changed; try again.")
+                                .arg(quotedName(fileName), QString::fromStdString(deviceDB->health.lastFailure.reason)));
+        return;
+    }
+    showImportedUserLight(static_cast<int>(lightId));
+    showExchangeResult(tr("Imported the light mode %1 with %2 from %3.")
+                           .arg(quotedName(inspection.name), counted(inspection.leds.size(), "key colour", "key colours"),
+                                quotedName(fileName))
+                       + droppedNote(inspection.dropped));
+}
+
+// The imported mode joins the list, read again from the database, and
+// becomes the one being painted.
+void MainController::showImportedUserLight(int lightId)
+{
+    loadUserlightData();
+    loadUserLightData(lightId);
+}
+
+void MainController::showExchangeResult(const QString& line)
+{
+    if (!label_exchange) {
+        label_exchange = new QLabel(this);
+        label_exchange->setObjectName(QStringLiteral("label_exchange"));
+        label_exchange->setAlignment(Qt::AlignCenter);
+        // One line as a rule; a long file name wraps rather than being cut.
+        label_exchange->setWordWrap(true);
+        label_exchange->setStyleSheet(QStringLiteral(
+            "QLabel { background: #e9f3ff; color: #0d0d0d; border: 1px solid #9cc8ff; border-radius: 6px; padding: 6px 12px; }"));
+        auto* hideTimer = new QTimer(label_exchange);
+        hideTimer->setObjectName(QStringLiteral("label_exchange_timer"));
+        hideTimer->setSingleShot(true);
+        hideTimer->setInterval(kResultShownMs);
+        connect(hideTimer, &QTimer::timeout, label_exchange, &QWidget::hide);
+    }
+    label_exchange->setText(line);
+    // One line below the keyboard picture, beside the light list.
+    constexpr int kWidth = 872;
+    const int height = label_exchange->heightForWidth(kWidth);
+    label_exchange->setGeometry(flippedRect(kWindowHeight, 24, 232 - height, kWidth, height));
+    label_exchange->show();
+    label_exchange->raise();
+    label_exchange->findChild<QTimer*>(QStringLiteral("label_exchange_timer"))->start();
+}
+
+void MainController::showExchangeRefusal(const QString& message)
+{
+    auto* box = new QMessageBox(QMessageBox::Warning, tr("Orvane Keyboard Studio"), message, QMessageBox::Ok, this);
+    box->setObjectName(QStringLiteral("exchange_refusal"));
+    box->setAttribute(Qt::WA_DeleteOnClose);
+    box->setWindowModality(Qt::WindowModal);
+    box->open();
+}

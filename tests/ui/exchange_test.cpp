@@ -1,0 +1,179 @@
+// Profile and light mode files through the window, on a virtual keyboard:
+// what an export writes, what an import merges, what a refused file leaves
+// (nothing) and says, and that no import sends a frame to the keyboard.
+#include "Common/Globals.h"
+#include "HIDDevice/Platform/Virtual/VirtualHidManager.h"
+#include "SQLite/DeviceSQLite.h"
+#include "SQLite/LightSQLite.h"
+#include "Simulator/VirtualKeyboard.h"
+#include "View/KeyboardLayout/KeyCodeMaps.h"
+#include "View/MainController.h"
+#include "View/control/KeyboardView.h"
+#include "support/StoreTestSupport.h"
+#include "support/WaitUntil.h"
+
+#include <QLabel>
+#include <QListWidget>
+#include <QMessageBox>
+#include <QUrl>
+#include <gtest/gtest.h>
+
+using namespace testing_support;
+
+namespace {
+
+// Key codes of the 61-key model; it lacks Up Arrow (82) and Page Up (75).
+constexpr int kEscape = 41, kA = 4, kS = 22, kFn = 175;
+
+ProfileKey key(int profile, int code, int value, const char* desc) { return {0, 0, profile, code, 11, value, 0, 0, desc}; }
+
+class ExchangeWindow : public testing::Test {
+protected:
+    void SetUp() override
+    {
+        G_Language = kLanguageEnglish;
+        MainController::Environment env;
+        env.hidManagerFactory = [bus = bus] { return std::make_unique<VirtualHidManager>(bus); };
+        env.chooseExchangeFile = [this](const ExchangeDialog& dialog) {
+            asked.push_back(dialog);
+            return answer;
+        };
+        controller = std::make_unique<MainController>(env);
+        controller->viewDidLoad();
+        controller->show();
+        bus->plug(keyboard);
+        ASSERT_TRUE(waitUntil([&] { return controller->currentTransport() && !controller->hidcomm_busy(); }));
+    }
+
+    void follow(int profile)
+    {
+        keyboard->setActiveProfile(profile);
+        controller->pollKeyboardProfile();
+        ASSERT_TRUE(waitUntil([&] { return controller->currentProfile == profile && !controller->hidcomm_busy(); }));
+    }
+    std::vector<ProfileKey> assignments(int profile)
+    {
+        std::vector<ProfileKey> rows;
+        controller->deviceDB->queryKeysProfile(profile, rows);
+        return rows;
+    }
+    QString fileUrl(const QString& name) const { return QUrl::fromLocalFile(files.path() + '/' + name).toString(); }
+    QString result() const { return controller->label_exchange ? controller->label_exchange->text() : QString(); }
+    QString refusal() const { return controller->findChild<QMessageBox*>("exchange_refusal")->text(); }
+
+    TempDataFolder data;
+    QTemporaryDir files;
+    std::shared_ptr<VirtualBus> bus = std::make_shared<VirtualBus>();
+    std::shared_ptr<VirtualKeyboard> keyboard = std::make_shared<VirtualKeyboard>(VirtualKeyboard::Model::M61);
+    std::unique_ptr<MainController> controller;
+    std::vector<ExchangeDialog> asked;
+    QString answer;
+};
+
+}  // namespace
+
+TEST_F(ExchangeWindow, AProfileExportedFromProfileCMergesIntoProfileBWithoutAFrame)
+{
+    DeviceSQLite& store = *controller->deviceDB;
+    store.addKeyProfile(key(3, kA, 127, "Mute"));
+    store.addKeyProfile(key(3, kEscape, 1, "Fn"));
+    store.addKeyProfile(key(2, kS, 5, "Old S"));
+    store.addKeyProfile(key(2, kA, 6, "Old A"));
+    follow(3);
+    G_Language = kLanguageChinese;
+
+    answer = QUrl::fromLocalFile(files.path()).toString();
+    controller->exportKeyProfile();
+    controller->exportKeyProfile();  // onto the same file: its rows go behind the first ones
+    EXPECT_EQ(result(), "Exported 2 key assignments to \"Profile A.key\".");
+    SQLite::Database file((files.path() + "/Profile A.key").toStdString());
+    EXPECT_EQ(queryRows(file, R"(SELECT * FROM "t_keyprofile")"),
+              (Rows{{"1", "1", "4", "11", "127", "0", "0", "Mute"}, {"2", "1", "41", "11", "1", "0", "0", "Fn"},
+                    {"3", "1", "4", "11", "127", "0", "0", "Mute"}, {"4", "1", "41", "11", "1", "0", "0", "Fn"}}));
+
+    follow(2);
+    G_Language = kLanguageEnglish;
+    answer = fileUrl("Profile A.key");
+    const int framesBefore = keyboard->setCount();
+    controller->importKeyProfile();
+    EXPECT_EQ(keyboard->setCount(), framesBefore) << "an import sends nothing";
+    EXPECT_EQ(result(), "Imported 4 key assignments from \"Profile A.key\" into Profile B.");
+    // S keeps its assignment; A and Esc take the file's, the later row of a key winning.
+    EXPECT_EQ(assignments(2), (std::vector<ProfileKey>{{3, 0, 2, kS, 11, 5, 0, 0, "Old S"},
+                                                        {6, 0, 2, kA, 11, 127, 0, 0, "Mute"},
+                                                        {7, 0, 2, kEscape, 11, 1, 0, 0, "Fn"}}));
+    EXPECT_EQ(assignments(3).size(), 2u);
+    const auto legend = [&](int code) {
+        return controller->orvane_keyboardctrl->kbKeyArraySelect[std::size_t(*picturePosition(code, 61))].keyMacro;
+    };
+    EXPECT_EQ(legend(kA) + legend(kEscape) + legend(kS), "MuteFnOld S");
+    EXPECT_EQ(asked, (std::vector<ExchangeDialog>{{{}, ExchangeDialog::Pick::Folder, {}},
+                                                  {{}, ExchangeDialog::Pick::Folder, {}},
+                                                  {"Select file", ExchangeDialog::Pick::ExistingFile, "key"}}));
+}
+
+TEST_F(ExchangeWindow, RefusedFilesChangeNothingAndSayWhyForeignKeysAreLeftOut)
+{
+    DeviceSQLite& store = *controller->deviceDB;
+    store.addKeyProfile(key(1, kS, 5, "S"));
+    const std::string before = dumpDatabase(*store.db);
+    overwrite((files.path() + "/noise.key").toStdString(), QByteArray(3000, '\x5a'));
+    answer = fileUrl("noise.key");
+    const int framesBefore = keyboard->setCount();
+    controller->importKeyProfile();
+    EXPECT_EQ(refusal(), "\"noise.key\" is not an exchange file: it is not a database at all. Choose a file "
+                         "exported by Orvane Keyboard Studio. Nothing was changed.");
+    EXPECT_EQ(dumpDatabase(*store.db), before);
+
+    {
+        SQLite::Database file((files.path() + "/k68.key").toStdString(), SQLite::OPEN_READWRITE | SQLite::OPEN_CREATE);
+        file.exec(R"(CREATE TABLE "t_keyprofile" ("keyId" INTEGER PRIMARY KEY, "profId", "keyvalue", "macroType",
+                     "macroValue", "macro2Value", "macro3Value", "macroDesc");
+                     INSERT INTO "t_keyprofile" VALUES (NULL, 1, 82, 11, 3, 0, 0, 'Up'), (NULL, 1, 75, 11, 4, 0, 0, 'PgUp'),
+                                                       (NULL, 1, 175, 11, 127, 0, 0, 'Mute');)");
+    }
+    answer = fileUrl("k68.key");
+    controller->importKeyProfile();
+    EXPECT_EQ(result(), "Imported 1 key assignment from \"k68.key\" into Profile A. 2 rows were left out: "
+                        "their keys are not on this keyboard.");
+    EXPECT_EQ(assignments(1), (std::vector<ProfileKey>{{1, 0, 1, kS, 11, 5, 0, 0, "S"}, {2, 0, 1, kFn, 11, 127, 0, 0, "Mute"}}));
+    EXPECT_EQ(keyboard->setCount(), framesBefore);
+
+    // A cancelled dialog, and no keyboard: nothing happens.
+    answer.clear();
+    controller->importKeyProfile();
+    controller->exportKeyProfile();
+    bus->unplug(keyboard);
+    ASSERT_TRUE(waitUntil([&] { return !controller->deviceState; }));
+    const size_t dialogs = asked.size();
+    controller->importKeyProfile();
+    controller->exportKeyProfile();
+    EXPECT_EQ(asked.size(), dialogs);
+}
+
+TEST_F(ExchangeWindow, ALightModeExportedImportsAsANewModeWithItsColours)
+{
+    DeviceSQLite& store = *controller->deviceDB;
+    // A painted twice (the later colour stays), S cleared: two colours stored.
+    const std::vector<LEDData> painted{{0, kA, 0x123456}, {0, kEscape, 0x0000ff}, {0, kA, 0xff8800}, {0, kS, 0}};
+    store.addUserLightWithColours("Dusk/Dawn", painted);
+    controller->loadUserlightData();
+    controller->userlightmode_table->setCurrentRow(0);
+    ASSERT_EQ(controller->currentUserLightMode, 1);
+
+    answer = QUrl::fromLocalFile(files.path()).toString();
+    controller->exportLightData();
+    EXPECT_EQ(result(), "Exported the light mode \"Dusk/Dawn\" with 2 key colours to \"Dusk_Dawn.light\".");
+
+    answer = fileUrl("Dusk_Dawn.light");
+    const int framesBefore = keyboard->setCount();
+    controller->importLightData();
+    EXPECT_EQ(keyboard->setCount(), framesBefore);
+    EXPECT_EQ(controller->currentUserLightMode, 2);
+    EXPECT_EQ(controller->userlightmode_datas.last(), (QVariantMap{{"mode", qint64(2)}, {"text", "Dusk/Dawn"}}));
+    EXPECT_EQ(controller->userlightmode_table->count(), 2);
+    std::vector<RGBData> colours;
+    ASSERT_TRUE(store.queryKeyRGB(1, 2, colours));
+    EXPECT_EQ(colours, (std::vector<RGBData>{{4, 2, 1, kEscape, 0x0000ff}, {5, 2, 1, kA, 0xff8800}}));
+    EXPECT_EQ(asked.back(), (ExchangeDialog{"Select files", ExchangeDialog::Pick::ExistingFile, "light"}));
+}
