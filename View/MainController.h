@@ -13,7 +13,8 @@
 // LanguageSwitch (texts and the language menu), MainControllerSystem (menu
 // commands), MainControllerLight (the built-in light effects),
 // MainControllerSystemPage (the key locks), MainControllerKeyTable (the
-// key table of a profile).
+// key table of a profile), MainControllerKeyMenu and MainControllerToolTip
+// (the key menus and the key tool tip).
 
 #include "HIDDevice/DeviceComm.h"
 #include "HIDDevice/HIDDevice.h"
@@ -22,6 +23,7 @@
 
 #include <QLabel>
 #include <QList>
+#include <QPointer>
 #include <QTimer>
 #include <QVariantMap>
 #include <QWidget>
@@ -47,6 +49,13 @@ class LightTableItemView;
 class LocalSQLite;
 class QListWidget;
 struct StoreHealth;
+// Key menus and the key tool tip
+class KeyMenuViewController;
+class KeySubMenuViewController;
+class KeySubMenuMacroViewController;
+class KeySubMenuLightViewController;
+class KBToolTipsViewController;
+struct ProfileKey;
 
 class MainController : public QWidget {
     Q_OBJECT
@@ -218,6 +227,33 @@ public:
     // The keys of the picture show the assignments of `currentProfile`.
     void loadKeyMacro();
 
+    // ---- Key menus and the key tool tip (MainControllerKeyMenu,
+    //      MainControllerToolTip) ---------------------------------------------
+    // A click on a key opens the key menu at the pointer, or the light menu
+    // when two or more keys are checked; hovering a first-level entry opens
+    // its second level beside it; a choice is dispatched and every floating
+    // window closes. The windows are made once, then shown and hidden.
+    void registerKeyMenuNotifications();
+    void keyboardKeyAction(const QVariant& object);
+    void MenuItemEnteredAction(const QVariant& object);
+    // The key menus' part of MenuItemMouseUpAction: assigns what `menuid`
+    // stands for, and closes the floating windows whatever it is.
+    void keyMenuMouseUpAction(int menuid);
+    void showKeySubMenu(const QPointF& pt, int menuid);
+    void showKeyMacroSubMenu(const QPointF& pt, int menuid);
+    void showKeyFuncSubMenu(const QPointF& pt, int menuid);
+    // Shows the light menu of `menuType` with its top-left corner at the pointer.
+    void showKeyLightSubMenu(int menuType);
+    void addMenuItem(int menuid);
+    void ShowKeyboardToolTipWnd(const QVariant& object);
+    void hideFloatingWindows();
+    QPointer<KeyMenuViewController> keyboardKeyMenu;
+    QPointer<KeySubMenuViewController> keyboardKeySubMenu;
+    QPointer<KeySubMenuMacroViewController> kbKeyMacroSubMenu;
+    QPointer<QWidget> kbKeyFuncSubMenu;  // the key capture dialog, when there is one
+    QPointer<KeySubMenuLightViewController> kbKeyLightSubMenu;
+    QPointer<KBToolTipsViewController> keyboardToolTips;
+
 protected:
     void showEvent(QShowEvent* event) override;
     void hideEvent(QHideEvent* event) override;
@@ -264,4 +300,8 @@ private:
     QStringList problems_;
     void layoutProblems();
     std::uint64_t menuItemObserver_ = 0;  // "MenuItemMouseUpAction", added once
+    // Key menus
+    bool keyMenuObserved_ = false;
+    // The one write path of a key assignment of the menus, for now.
+    void storeKeyAssignment(ProfileKey keydata);
 };

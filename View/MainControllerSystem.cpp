@@ -19,6 +19,8 @@ void MainController::MenuItemMouseUpAction(const QVariant& object)
     const int menuid = object.toMap().value(QStringLiteral("menuid")).toInt();
     if (menuid >= 1000 && menuid <= 1005)
         SystemMenuMsg(menuid);
+    // The key menus: an assignment for the clicked key; the floating windows close.
+    keyMenuMouseUpAction(menuid);
     // Whatever was chosen, the menus close.
     if (languagePopover)
         languagePopover->hide();

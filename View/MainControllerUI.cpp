@@ -70,6 +70,8 @@ void MainController::registerNotification()
     if (!menuItemObserver_)
         menuItemObserver_ = NotificationCenter::defaultCenter().addObserver(
             QStringLiteral("MenuItemMouseUpAction"), [this](const QVariant& o) { MenuItemMouseUpAction(o); }, this);
+    // Key menus: clicks on the picture, hovering the menus, the tool tip.
+    registerKeyMenuNotifications();
 }
 
 void MainController::showProblem(const QString& message, const QString& topic)

@@ -1,0 +1,180 @@
+// The key menus: a click on a key of the picture opens a menu at the
+// pointer, hovering an entry opens its second level beside it, and a click
+// on an entry assigns a function to the key. The floating windows are made
+// on first use and afterwards only shown and hidden.
+#include "View/MainController.h"
+
+#include "Common/NotificationCenter.h"
+#include "Common/Records.h"
+#include "Language/Language.h"
+#include "SQLite/DeviceSQLite.h"
+#include "View/CustomMenu/KeyMenuEntries.h"
+#include "View/CustomMenu/KeyMenuViewController.h"
+#include "View/CustomMenu/KeySubMenuLightViewController.h"
+#include "View/CustomMenu/KeySubMenuMacroViewController.h"
+#include "View/CustomWindow/KBToolTipsViewController.h"
+#include "View/KeyboardLayout/KeyCodeMaps.h"
+#include "View/control/KeyboardView.h"
+#include "View/control/SelectKeyView.h"
+
+#include <QCursor>
+
+#include <algorithm>
+
+namespace {
+
+// Where the pointer is, as a y-up screen point.
+QPointF pointerLocation() { return FramelessWindow::toFlippedScreen(QCursor::pos()); }
+
+void showAt(FramelessWindow* window, const QPointF& topLeft)
+{
+    window->setFrameTopLeftPoint(topLeft);
+    window->show();
+    window->raise();
+}
+
+// A first-level entry's second level starts this far below the menu's top.
+std::optional<int> secondLevelOffset(int menuid)
+{
+    if (menuid < 10 || menuid > 14)
+        return std::nullopt;
+    return (menuid - 10) * 40;
+}
+
+}  // namespace
+
+void MainController::registerKeyMenuNotifications()
+{
+    if (keyMenuObserved_)
+        return;
+    keyMenuObserved_ = true;
+    auto& center = NotificationCenter::defaultCenter();
+    center.addObserver(QStringLiteral("keyboardKeyAction"), [this](const QVariant& o) { keyboardKeyAction(o); }, this);
+    center.addObserver(QStringLiteral("MenuItemEnteredAction"),
+                       [this](const QVariant& o) { MenuItemEnteredAction(o); }, this);
+    center.addObserver(QStringLiteral("ShowKeyboardToolTipWnd"),
+                       [this](const QVariant& o) { ShowKeyboardToolTipWnd(o); }, this);
+}
+
+void MainController::keyboardKeyAction(const QVariant& object)
+{
+    const QString name = object.toString();
+    if (name.isEmpty())
+        return;
+    currentKeyValue = 0;
+    if (const auto record = keyNameRecord(name))
+        currentKeyValue = record->key_code;
+    if (userlightmode_show || !orvane_keyboardctrl)
+        return;  // the user light tab paints instead
+    const auto& keys = orvane_keyboardctrl->kbKeyArraySelect;
+    const auto checked = std::count_if(keys.begin(), keys.end(), [this](const KeyData& key) {
+        const SelectKeyView* view = orvane_keyboardctrl->selectKeyView(key.index);
+        return view && view->keyCheck;
+    });
+    if (checked >= 2) {
+        showKeyLightSubMenu(1);
+        return;
+    }
+    if (!keyboardKeyMenu)
+        keyboardKeyMenu = new KeyMenuViewController(this);
+    showAt(keyboardKeyMenu, pointerLocation());
+}
+
+void MainController::showKeyLightSubMenu(int menuType)
+{
+    if (!kbKeyLightSubMenu)
+        kbKeyLightSubMenu = new KeySubMenuLightViewController(this);
+    kbKeyLightSubMenu->setMenuType(menuType);
+    showAt(kbKeyLightSubMenu, pointerLocation());
+}
+
+void MainController::MenuItemEnteredAction(const QVariant& object)
+{
+    const QVariant id = object.toMap().value(QStringLiteral("menuid"));
+    if (id.typeId() != QMetaType::Int)
+        return;
+    const int menuid = id.toInt();
+    for (QWidget* window : std::initializer_list<QWidget*>{keyboardKeySubMenu, kbKeyFuncSubMenu, kbKeyLightSubMenu,
+                                                           kbKeyMacroSubMenu, keyboardToolTips})
+        if (window)
+            window->hide();
+    const std::optional<int> offset = secondLevelOffset(menuid);
+    if (!offset || !keyboardKeyMenu)
+        return;
+    const QRect frame = keyboardKeyMenu->flippedFrame();
+    const QPointF pt(frame.x() + frame.width() + 2, frame.y() + frame.height() - 3 - *offset);
+    switch (menuid) {
+    case 12:
+        showKeyMacroSubMenu(pt, menuid);
+        break;
+    case 14:
+        showKeyFuncSubMenu(pt, menuid);
+        break;
+    default:
+        showKeySubMenu(pt, menuid);
+        break;
+    }
+}
+
+void MainController::showKeySubMenu(const QPointF& pt, int menuid)
+{
+    if (!keyboardKeySubMenu)
+        keyboardKeySubMenu = new KeySubMenuViewController(this);
+    keyboardKeySubMenu->setSubMenuType(menuid);
+    showAt(keyboardKeySubMenu, pt);
+}
+
+void MainController::showKeyMacroSubMenu(const QPointF& pt, int)
+{
+    if (!deviceDB)
+        return;
+    if (!kbKeyMacroSubMenu)
+        kbKeyMacroSubMenu = new KeySubMenuMacroViewController(this);
+    kbKeyMacroSubMenu->deviceDB = deviceDB.get();
+    showAt(kbKeyMacroSubMenu, pt);
+}
+
+// The key capture dialog joins here when it exists; until then hovering
+// "Key Commands" only closes the other second levels.
+void MainController::showKeyFuncSubMenu(const QPointF&, int) {}
+
+void MainController::keyMenuMouseUpAction(int menuid)
+{
+    if (KeyMenuEntries::assignmentFor(menuid))
+        addMenuItem(menuid);
+    hideFloatingWindows();
+}
+
+void MainController::hideFloatingWindows()
+{
+    for (QWidget* window : std::initializer_list<QWidget*>{keyboardKeyMenu, keyboardKeySubMenu, kbKeyFuncSubMenu,
+                                                           kbKeyLightSubMenu, kbKeyMacroSubMenu, keyboardToolTips})
+        if (window)
+            window->hide();
+}
+
+void MainController::addMenuItem(int menuid)
+{
+    const auto assignment = KeyMenuEntries::assignmentFor(menuid);
+    if (!assignment)
+        return;
+    ProfileKey key;
+    key.macroType = assignment->macroType;
+    key.macroValue = assignment->macroValue;
+    // The title in the language of the moment: a stored text stays as it is.
+    key.macroDesc = assignment->textId ? languageText(assignment->textId) : QString::fromUtf8(assignment->fixedText);
+    storeKeyAssignment(key);
+}
+
+void MainController::storeKeyAssignment(ProfileKey keydata)
+{
+    if (!deviceDB)
+        return;
+    keydata.profId = currentProfile;
+    keydata.keyValue = currentKeyValue;
+    deviceDB->addKeyProfile(keydata);
+    // The keys show the stored assignments; a key back to its default shows
+    // its own name again.
+    loadKeyMacro();
+    setKeyMacroData(currentProfile);
+}
