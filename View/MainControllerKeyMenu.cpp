@@ -94,12 +94,17 @@ void MainController::MenuItemEnteredAction(const QVariant& object)
     if (id.typeId() != QMetaType::Int)
         return;
     const int menuid = id.toInt();
+    const std::optional<int> offset = keyboardKeyMenu ? secondLevelOffset(menuid) : std::nullopt;
+    // The second level that stays open is moved rather than hidden and shown
+    // again, which would flicker under the pointer.
+    QWidget* next = !offset ? nullptr : menuid == 12 ? static_cast<QWidget*>(kbKeyMacroSubMenu)
+                                      : menuid == 14 ? kbKeyFuncSubMenu.data()
+                                                     : static_cast<QWidget*>(keyboardKeySubMenu);
     for (QWidget* window : std::initializer_list<QWidget*>{keyboardKeySubMenu, kbKeyFuncSubMenu, kbKeyLightSubMenu,
                                                            kbKeyMacroSubMenu, keyboardToolTips})
-        if (window)
+        if (window && window != next)
             window->hide();
-    const std::optional<int> offset = secondLevelOffset(menuid);
-    if (!offset || !keyboardKeyMenu)
+    if (!offset)
         return;
     const QRect frame = keyboardKeyMenu->flippedFrame();
     const QPointF pt(frame.x() + frame.width() + 2, frame.y() + frame.height() - 3 - *offset);

@@ -23,6 +23,7 @@
 #include <QLabel>
 #include <QListWidget>
 #include <QTest>
+#include <QWindow>
 #include <gtest/gtest.h>
 
 using namespace testing_support;
@@ -59,7 +60,16 @@ protected:
         pointTo(view, centre(key));
         QTest::mouseClick(view, Qt::LeftButton, {}, centre(key));
     }
-    static void hover(QWidget* item) { pointTo(item, item->rect().center()); }
+    // Moves within one window go through its window, so that the rows
+    // under the pointer change as they do on a desktop.
+    static void hover(QWidget* item)
+    {
+        pointTo(item, item->rect().center());
+        QWindow* window = item->window()->windowHandle();
+        const QPoint at = item->mapTo(item->window(), item->rect().center());
+        QTest::mouseMove(window, at + QPoint(0, 1));
+        QTest::mouseMove(window, at);
+    }
     static void click(QWidget* item)
     {
         hover(item);
@@ -180,14 +190,18 @@ TEST_F(KeyMenu, EachSecondLevelSetAndTheDirectEntriesAssignWhatTheyName)
 
 TEST_F(KeyMenu, AClickOnAnEntryWithASecondLevelClosesEverythingAndAssignsNothing)
 {
-    openSecondLevel(11);
+    // Mouse Function after Macro: the macro list goes, the mouse set shows
+    // 120 below the menu's top.
+    openSecondLevel(12);
+    ASSERT_TRUE(controller->kbKeyMacroSubMenu->isVisible());
+    hover(controller->keyboardKeyMenu->menuitem_mouse);
+    const QPoint menuTop = controller->keyboardKeyMenu->pos();
+    EXPECT_FALSE(controller->kbKeyMacroSubMenu->isVisible());
+    EXPECT_EQ(controller->keyboardKeySubMenu->geometry(), QRect(menuTop + QPoint(162, 3 + 120), QSize(160, 206)));
+    hover(controller->keyboardKeyMenu->menuitem_mediafuc);
     click(controller->keyboardKeyMenu->menuitem_mediafuc);
     EXPECT_FALSE(anyFloatingWindowShown());
     EXPECT_EQ(storedRow(41), ProfileKey{});
-    // Hovering Fn closes the second level and opens none.
-    openSecondLevel(13);
-    hover(controller->keyboardKeyMenu->menuitem_setfn);
-    EXPECT_FALSE(controller->keyboardKeySubMenu->isVisible());
 }
 
 TEST_F(KeyMenu, TheMacroListFollowsTheStoreAndItsButtonAsksForANewMacro)
@@ -246,4 +260,40 @@ TEST_F(KeyMenu, TheToolTipNamesTheKeyAndItsAssignmentAboveIt)
     screenshot(tip, "key-tooltip");
     pointTo(controller.get(), QPoint(5, 5));
     EXPECT_FALSE(tip->isVisible());
+}
+
+TEST_F(KeyMenu, MenusTakeTheLanguageInForceAtTheirNextShowingAndKeepStoredTexts)
+{
+    openSecondLevel(11);
+    click(controller->keyboardKeySubMenu->item(127));
+    G_Language = kLanguageChinese;
+    KeySubMenuViewController* sub = openSecondLevel(11);
+    KeyMenuViewController* menu = controller->keyboardKeyMenu;
+    EXPECT_EQ(std::pair(menu->menuitem_mediafuc->textView->text(), sub->item(127)->textView->text()),
+              std::pair(QString("多媒体"), QString("静音")));
+    EXPECT_EQ(storedRow(41).macroDesc, "Mute") << "a stored text stays in the language it was chosen in";
+    screenshot(menu, "key-menu");
+    screenshot(sub, "key-submenu-media");
+    for (int entry : {10, 13}) {
+        hover(menu->item(entry));
+        screenshot(controller->keyboardKeySubMenu, QStringLiteral("key-submenu-%1").arg(entry == 10 ? "system" : "mouse"));
+    }
+    controller->deviceDB->addMacroProfile(QStringLiteral("宏 1"));
+    hover(menu->menuitem_macro);
+    EXPECT_EQ(controller->kbKeyMacroSubMenu->size(), QSize(180, 96));  // one row: 36 + 60
+    screenshot(controller->kbKeyMacroSubMenu, "key-submenu-macro");
+
+    // The light menu's shapes: the second's six entries, then the third's one.
+    for (const auto& [type, height, entries] : {std::tuple(2, 246, 6), std::tuple(3, 46, 1), std::tuple(1, 90, 2)}) {
+        controller->showKeyLightSubMenu(type);
+        KeySubMenuLightViewController* light = controller->kbKeyLightSubMenu;
+        int shown = 0;
+        for (MenuItem* item : light->findChildren<MenuItem*>())
+            shown += item->isVisibleTo(light);
+        EXPECT_EQ(std::pair(light->height(), shown), std::pair(height, entries)) << type;
+        screenshot(light, QStringLiteral("light-menu-%1").arg(type));
+    }
+    EXPECT_EQ(controller->kbKeyLightSubMenu->menuitem_userlight_setprofile5->textView->text(), "保存到自定义模式5");
+    pointTo(view, centre(kEscape));
+    screenshot(controller->keyboardToolTips, "key-tooltip");
 }
