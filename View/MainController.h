@@ -13,8 +13,9 @@
 // LanguageSwitch (texts and the language menu), MainControllerSystem (menu
 // commands), MainControllerLight (the built-in light effects),
 // MainControllerSystemPage (the key locks), MainControllerKeyTable (the
-// key table of a profile), MainControllerKeyMenu and MainControllerToolTip
-// (the key menus and the key tool tip).
+// key table of a profile), MainControllerMacro (the macro page and the macro
+// store), MainControllerKeyMenu and MainControllerToolTip (the key menus and
+// the key tool tip).
 
 #include "HIDDevice/DeviceComm.h"
 #include "HIDDevice/HIDDevice.h"
@@ -45,8 +46,14 @@ class ImageTitleButton;
 class KeyboardView;
 struct KeyboardModelLayout;
 class LanguagePopoverViewController;
+class MenuPopoverViewController;
+class PofilePopoverViewController;
+class QMessageBox;
 class LightTableItemView;
 class LocalSQLite;
+class IconButton;
+class MacroWindowController;
+struct ProfileKey;
 class QListWidget;
 struct StoreHealth;
 // Key menus and the key tool tip
@@ -55,7 +62,6 @@ class KeySubMenuViewController;
 class KeySubMenuMacroViewController;
 class KeySubMenuLightViewController;
 class KBToolTipsViewController;
-struct ProfileKey;
 
 class MainController : public QWidget {
     Q_OBJECT
@@ -227,6 +233,50 @@ public:
     // The keys of the picture show the assignments of `currentProfile`.
     void loadKeyMacro();
 
+    // ---- Profile menus and resets (MainControllerMenus, MainControllerReset)
+    void initMenuButtons();  // imgbtn_profile and imgbtn_menu
+    void action_switchprofile();  // needs a keyboard
+    void action_menu();           // needs a keyboard
+    void closePopovers();         // profile, language and main menu
+    // The window-modal question before a reset (menu id 1002 or 1003);
+    // only its "OK" resets.
+    void askToReset(int msgId);
+    void resetCurrent();
+    void resetAllData();
+    void importKeyProfile();
+    void exportKeyProfile();
+    QAbstractButton* imgbtn_profile = nullptr;
+    QAbstractButton* imgbtn_menu = nullptr;
+    PofilePopoverViewController* profilePopover = nullptr;  // made on first use
+    MenuPopoverViewController* menuPopover = nullptr;       // made on first use
+    QPointer<QMessageBox> resetAlert;                        // the question on show
+
+    // ---- Macro page and macro store (MainControllerMacro) -------------------
+    void initMacroPage();  // builds macro_view, hidden until its page is chosen
+    void setMacroPageTexts();
+    void registerMacroNotifications();
+    void loadMacroData();
+    void UpdateMacroInfo();
+    void MacroTableViewButton(const QVariant& object);    // "type" 1 delete, 2 edit; "index"
+    void SubMenuItemMacroAction(const QVariant& object);  // "type" 1 opens the window; "macroid"
+    void MacroFunctionAction(const QVariant& object);     // the macro id: binds it to currentKeyValue
+    void action_macro_newmacro();
+    // The one write path of every key assignment (MainControllerKeyFunc):
+    // stores `keydata` for currentKeyValue in the profile in use, shows it on
+    // the key and uploads the profile's key table.
+    void addCustomKey(ProfileKey& keydata);
+    // Sends the whole store; refuses, with a note in the window, a library
+    // that would not fit the keyboard.
+    void SaveMacroToKeyboard();
+    // Takes back the message of `topic`, so a newer one can be shown.
+    void withdrawProblem(const QString& topic);
+    QWidget* macro_view = nullptr;
+    QLabel* label_macro_caption = nullptr;
+    IconButton* btn_macro_newmacro = nullptr;
+    QListWidget* macro_table = nullptr;   // identifier "macrotable"
+    QList<QVariantMap> macro_datas;       // "macroid", "text"
+    QPointer<MacroWindowController> macroWindow;
+
     // ---- Key menus and the key tool tip (MainControllerKeyMenu,
     //      MainControllerToolTip) ---------------------------------------------
     // A click on a key opens the key menu at the pointer, or the light menu
@@ -300,8 +350,12 @@ private:
     QStringList problems_;
     void layoutProblems();
     std::uint64_t menuItemObserver_ = 0;  // "MenuItemMouseUpAction", added once
+
+    // Macro page
+    void reloadMacroTable();
+    void showMacroWindow(int64_t macroId);
+    void showMacroStoreNote(const QString& message);
+    bool macroObserversAdded_ = false;
     // Key menus
     bool keyMenuObserved_ = false;
-    // The one write path of a key assignment of the menus, for now.
-    void storeKeyAssignment(ProfileKey keydata);
 };

@@ -8,6 +8,7 @@
 #include "Common/Records.h"
 #include "Language/Language.h"
 #include "SQLite/DeviceSQLite.h"
+#include "View/MacroController.h"
 #include "View/CustomMenu/KeyMenuEntries.h"
 #include "View/CustomMenu/KeyMenuViewController.h"
 #include "View/CustomMenu/KeySubMenuLightViewController.h"
@@ -135,7 +136,8 @@ void MainController::showKeyMacroSubMenu(const QPointF& pt, int)
         return;
     if (!kbKeyMacroSubMenu)
         kbKeyMacroSubMenu = new KeySubMenuMacroViewController(this);
-    kbKeyMacroSubMenu->deviceDB = deviceDB.get();
+    currentDeviceDB = deviceDB.get();
+    kbKeyMacroSubMenu->deviceDB = currentDeviceDB;
     showAt(kbKeyMacroSubMenu, pt);
 }
 
@@ -168,18 +170,5 @@ void MainController::addMenuItem(int menuid)
     key.macroValue = assignment->macroValue;
     // The title in the language of the moment: a stored text stays as it is.
     key.macroDesc = assignment->textId ? languageText(assignment->textId) : QString::fromUtf8(assignment->fixedText);
-    storeKeyAssignment(key);
-}
-
-void MainController::storeKeyAssignment(ProfileKey keydata)
-{
-    if (!deviceDB)
-        return;
-    keydata.profId = currentProfile;
-    keydata.keyValue = currentKeyValue;
-    deviceDB->addKeyProfile(keydata);
-    // The keys show the stored assignments; a key back to its default shows
-    // its own name again.
-    loadKeyMacro();
-    setKeyMacroData(currentProfile);
+    addCustomKey(key);
 }

@@ -49,10 +49,15 @@ void MainController::InitUI()
     initLanguageButton();
     initLightPage();
     initSystemPage();
+    // Profile and main menu buttons.
+    initMenuButtons();
     initLightTableData();
     action_ligjhtmode_tab();
     viewType = 2;
     sysset_view->setVisible(viewType == 3);
+    // Macro page
+    initMacroPage();
+    macro_view->setVisible(viewType == 1);
     LanguageSwicth();
 }
 
@@ -70,6 +75,7 @@ void MainController::registerNotification()
     if (!menuItemObserver_)
         menuItemObserver_ = NotificationCenter::defaultCenter().addObserver(
             QStringLiteral("MenuItemMouseUpAction"), [this](const QVariant& o) { MenuItemMouseUpAction(o); }, this);
+    registerMacroNotifications();
     // Key menus: clicks on the picture, hovering the menus, the tool tip.
     registerKeyMenuNotifications();
 }
@@ -95,4 +101,16 @@ void MainController::layoutProblems()
     label_problem->setGeometry(flippedRect(kWindowHeight, 24, 16, w, h));
     label_problem->show();
     label_problem->raise();
+}
+
+void MainController::withdrawProblem(const QString& topic)
+{
+    const qsizetype at = problemTopics_.indexOf(topic);
+    if (at < 0)
+        return;
+    problemTopics_.removeAt(at);
+    problems_.removeAt(at);
+    if (problems_.isEmpty() && label_problem)
+        label_problem->hide();
+    layoutProblems();
 }

@@ -5,8 +5,7 @@
 #include "SQLite/DeviceSQLite.h"
 #include "View/control/ButtonView.h"
 #include "View/control/FlippedRect.h"
-#include "View/control/TextTableItemView.h"
-#include "View/control/Theme.h"
+#include "View/control/TableItemView.h"
 
 #include <QLabel>
 #include <QListWidget>
@@ -35,16 +34,11 @@ KeySubMenuMacroViewController::KeySubMenuMacroViewController(QWidget* parent) : 
 
 void KeySubMenuMacroViewController::viewDidLoad()
 {
-    btn_createMacro = new ImageButton(this);
+    btn_createMacro = new IconButton(this);
     btn_createMacro->setObjectName(QStringLiteral("btn_createMacro"));
     btn_createMacro->resize(kButtonWidth, kButtonHeight);
     btn_createMacro->initControl(QStringLiteral("imgbtn_menu_n"), QStringLiteral("imgbtn_menu_h"));
-    btnIcon_ = new NamedImageView(btn_createMacro);
-    btnIcon_->setGeometry(flippedRect(kButtonHeight, 43, 8, 16, 16));
-    btnIcon_->setImageName(QStringLiteral("icon_macro_add"));
-    btnText_ = new QLabel(btn_createMacro);
-    btnText_->setAttribute(Qt::WA_TransparentForMouseEvents);
-    Theme::setTextColor(btnText_, Theme::normalText());
+    btn_createMacro->setIcon(QStringLiteral("icon_macro_add"), QStringLiteral("icon_macro_add"), QRect(43, 8, 16, 16));
     connect(btn_createMacro, &QAbstractButton::clicked, this, [] {
         NotificationCenter::defaultCenter().post(QStringLiteral("SubMenuItemMacroAction"),
                                                  QVariantMap{{QStringLiteral("type"), 1}, {QStringLiteral("macroid"), 0}});
@@ -68,8 +62,7 @@ void KeySubMenuMacroViewController::showEvent(QShowEvent* event)
 
 void KeySubMenuMacroViewController::viewDidAppear()
 {
-    btnText_->setText(languageText(551));
-    btnText_->setGeometry(flippedRect(kButtonHeight, 70, 8, 90, 16));
+    btn_createMacro->setText(QRect(70, 8, 90, 16), languageText(551));
     loadMacroData();
     layoutForRows(int(macro_datas.size()));
 }

@@ -13,7 +13,7 @@
 #include <QVariantMap>
 
 class DeviceSQLite;
-class ImageButton;
+class IconButton;
 class QLabel;
 class QListWidget;
 
@@ -26,7 +26,7 @@ public:
 
     QListWidget* macro_tableview = nullptr;  // identifier "macrotable"; it scrolls by itself
     QWidget* macro_scrollview = nullptr;     // the same widget
-    ImageButton* btn_createMacro = nullptr;
+    IconButton* btn_createMacro = nullptr;
     QList<QVariantMap> macro_datas;  // "macroid", "text"
     // The device store the list is read from, set before each showing.
     DeviceSQLite* deviceDB = nullptr;
@@ -39,7 +39,4 @@ private:
     void viewDidAppear();
     void layoutForRows(int rows);
     void selectionDidChange();
-
-    NamedImageView* btnIcon_ = nullptr;
-    QLabel* btnText_ = nullptr;
 };

@@ -220,6 +220,21 @@ TEST_F(KeyMenu, TheMacroListFollowsTheStoreAndItsButtonAsksForANewMacro)
     click(macros->btn_createMacro);
     NotificationCenter::defaultCenter().removeObservers(this);
     EXPECT_EQ(asked.toMap(), (QVariantMap{{"type", 1}, {"macroid", 0}}));
+    EXPECT_FALSE(macros->isVisible());
+
+    // Choosing the second row puts that macro on the key and closes the menus.
+    clickKey(kEscape);
+    hover(controller->keyboardKeyMenu->menuitem_macro);
+    QListWidget* list = macros->macro_tableview;
+    const QRect row = list->visualItemRect(list->item(1));
+    QTest::mouseClick(list->viewport(), Qt::LeftButton, {}, row.center());
+    const ProfileKey stored = storedRow(41);
+    EXPECT_EQ(std::tuple(stored.macroType, stored.macroDesc, view->kbKeyArraySelect[kEscape].keyMacro),
+              std::tuple(12, QString("Macro 2"), QString("Macro 2")));
+    EXPECT_FALSE(anyFloatingWindowShown());
+    // Clearing the selection names no macro and changes nothing.
+    list->clearSelection();
+    EXPECT_EQ(storedRow(41), stored);
 }
 
 TEST_F(KeyMenu, ARubberBandOverTwoKeysOpensTheLightMenuNotTheKeyMenu)
