@@ -14,14 +14,16 @@
 // commands), MainControllerLight (the built-in light effects),
 // MainControllerSystemPage (the key locks), MainControllerKeyTable (the
 // key table of a profile), MainControllerMacro (the macro page and the macro
-// store), MainControllerKeyMenu and MainControllerToolTip (the key menus and
-// the key tool tip).
+// store), MainControllerUserLight and MainControllerUserLightPaint (user
+// light modes), MainControllerKeyMenu and MainControllerToolTip (the key
+// menus and the key tool tip).
 
 #include "HIDDevice/DeviceComm.h"
 #include "HIDDevice/HIDDevice.h"
 #include "HIDDevice/HIDDeviceMonitor.h"
 #include "HIDDevice/TransportQueue.h"
 
+#include <QColor>
 #include <QLabel>
 #include <QList>
 #include <QPointer>
@@ -55,6 +57,8 @@ class IconButton;
 class MacroWindowController;
 struct ProfileKey;
 class QListWidget;
+class QColorDialog;
+class UserLightTableItemView;
 struct StoreHealth;
 // Key menus and the key tool tip
 class KeyMenuViewController;
@@ -276,6 +280,33 @@ public:
     QListWidget* macro_table = nullptr;   // identifier "macrotable"
     QList<QVariantMap> macro_datas;       // "macroid", "text"
     QPointer<MacroWindowController> macroWindow;
+    // ---- User light modes (MainControllerUserLight, MainControllerUserLightPaint)
+    // The list of the user light tab, painting the picture through the one
+    // shared colour dialog, and saving a mode to a custom slot.
+    void initUserLightPage();  // the list inside userlight_view
+    void registerUserLightNotifications();
+    void loadUserlightData();
+    void loadUserLightData(int64_t UserlightId);  // shows a mode on the picture
+    void addUserLight();
+    void UserLightTableMenuMsg(int msgId);  // 166 add; 167 to 171 save to slot 1 to 5
+    void UserLightTableViewMenu(const QVariant& object);
+    void UserLightTableViewButton(const QVariant& object);
+    void userLightSelectionDidChange();
+    UserLightTableItemView* userLightRowView(int row);  // made if needed
+    void appendUserLightRow();
+    void keyboardKeyAction(const QVariant& object);
+    void setUserLightRGB();
+    void changeUserLightColor(const QColor& color);
+    void closeColorPanel();
+    void setHFDUserLightData();
+    void setHFDUserLightModeData(int profile);
+    void resetUserLightData();
+    QList<QVariantMap> userlightmode_datas;  // "mode" (lightId), "text"
+    QListWidget* userlightmode_table = nullptr;  // identifier "userlightmode"
+    QColorDialog* colorPanel = nullptr;          // shared, made on first use
+    // Shows the light menu of the given type (2 on a row, 3 beside the rows)
+    // at the pointer; set by the light menu window.
+    std::function<void(int menuType)> showLightMenu;
 
     // ---- Key menus and the key tool tip (MainControllerKeyMenu,
     //      MainControllerToolTip) ---------------------------------------------
@@ -284,7 +315,9 @@ public:
     // its second level beside it; a choice is dispatched and every floating
     // window closes. The windows are made once, then shown and hidden.
     void registerKeyMenuNotifications();
-    void keyboardKeyAction(const QVariant& object);
+    // The menus' part of keyboardKeyAction, for a click outside the user
+    // light tab: the light menu for two or more checked keys, else the key menu.
+    void showMenuForClickedKey();
     void MenuItemEnteredAction(const QVariant& object);
     // The key menus' part of MenuItemMouseUpAction: assigns what `menuid`
     // stands for, and closes the floating windows whatever it is.
@@ -356,6 +389,13 @@ private:
     void showMacroWindow(int64_t macroId);
     void showMacroStoreNote(const QString& message);
     bool macroObserversAdded_ = false;
+    // User light painting: the newest colour not yet stored, and whether a
+    // pass to store it is already due. Reports that come faster than the
+    // passes are merged into the newest one.
+    std::optional<QColor> pendingPaintColour_;
+    bool paintPassDue_ = false;
+    void runPaintPass();
+    bool userLightObserved_ = false;
     // Key menus
     bool keyMenuObserved_ = false;
 };

@@ -50,23 +50,18 @@ void MainController::registerKeyMenuNotifications()
         return;
     keyMenuObserved_ = true;
     auto& center = NotificationCenter::defaultCenter();
-    center.addObserver(QStringLiteral("keyboardKeyAction"), [this](const QVariant& o) { keyboardKeyAction(o); }, this);
     center.addObserver(QStringLiteral("MenuItemEnteredAction"),
                        [this](const QVariant& o) { MenuItemEnteredAction(o); }, this);
     center.addObserver(QStringLiteral("ShowKeyboardToolTipWnd"),
                        [this](const QVariant& o) { ShowKeyboardToolTipWnd(o); }, this);
+    // The user light list asks for its shapes of the light menu here.
+    showLightMenu = [this](int menuType) { showKeyLightSubMenu(menuType); };
 }
 
-void MainController::keyboardKeyAction(const QVariant& object)
+void MainController::showMenuForClickedKey()
 {
-    const QString name = object.toString();
-    if (name.isEmpty())
+    if (!orvane_keyboardctrl)
         return;
-    currentKeyValue = 0;
-    if (const auto record = keyNameRecord(name))
-        currentKeyValue = record->key_code;
-    if (userlightmode_show || !orvane_keyboardctrl)
-        return;  // the user light tab paints instead
     const auto& keys = orvane_keyboardctrl->kbKeyArraySelect;
     const auto checked = std::count_if(keys.begin(), keys.end(), [this](const KeyData& key) {
         const SelectKeyView* view = orvane_keyboardctrl->selectKeyView(key.index);

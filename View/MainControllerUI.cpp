@@ -76,6 +76,8 @@ void MainController::registerNotification()
         menuItemObserver_ = NotificationCenter::defaultCenter().addObserver(
             QStringLiteral("MenuItemMouseUpAction"), [this](const QVariant& o) { MenuItemMouseUpAction(o); }, this);
     registerMacroNotifications();
+    // User light modes: clicks on the picture, the list's menu and buttons.
+    registerUserLightNotifications();
     // Key menus: clicks on the picture, hovering the menus, the tool tip.
     registerKeyMenuNotifications();
 }

@@ -20,6 +20,7 @@
 #include "support/StoreTestSupport.h"
 #include "support/WaitUntil.h"
 
+#include <QColorDialog>
 #include <QLabel>
 #include <QListWidget>
 #include <QTest>
@@ -255,6 +256,13 @@ TEST_F(KeyMenu, ARubberBandOverTwoKeysOpensTheLightMenuNotTheKeyMenu)
     click(light->menuitem_light_custom);
     EXPECT_FALSE(anyFloatingWindowShown());
     EXPECT_EQ(storedRow(41), ProfileKey{});
+
+    // On the user light tab a click paints: the colour panel, no menu.
+    controller->action_userlightmode_tab();
+    clickKey(kEscape);
+    EXPECT_TRUE(controller->colorPanel && controller->colorPanel->isVisible());
+    EXPECT_FALSE(controller->keyboardKeyMenu->isVisible() || controller->kbKeyLightSubMenu->isVisible());
+    controller->closeColorPanel();
 }
 
 TEST_F(KeyMenu, TheToolTipNamesTheKeyAndItsAssignmentAboveIt)
