@@ -16,7 +16,8 @@
 // key table of a profile), MainControllerMacro (the macro page and the macro
 // store), MainControllerUserLight and MainControllerUserLightPaint (user
 // light modes), MainControllerLinks (the user guide and the web links),
-// MainControllerExchange (the ".key" and ".light" files).
+// MainControllerExchange (the ".key" and ".light" files), MainControllerKeyMenu
+// and MainControllerToolTip (the key menus and the key tool tip).
 
 #include "HIDDevice/DeviceComm.h"
 #include "HIDDevice/HIDDevice.h"
@@ -62,6 +63,12 @@ class QListWidget;
 class QColorDialog;
 class UserLightTableItemView;
 struct StoreHealth;
+// Key menus and the key tool tip
+class KeyMenuViewController;
+class KeySubMenuViewController;
+class KeySubMenuMacroViewController;
+class KeySubMenuLightViewController;
+class KBToolTipsViewController;
 
 class MainController : public QWidget {
     Q_OBJECT
@@ -341,6 +348,35 @@ public:
     void importLightData();
     QLabel* label_exchange = nullptr;  // made on first use
 
+    // ---- Key menus and the key tool tip (MainControllerKeyMenu,
+    //      MainControllerToolTip) ---------------------------------------------
+    // A click on a key opens the key menu at the pointer, or the light menu
+    // when two or more keys are checked; hovering a first-level entry opens
+    // its second level beside it; a choice is dispatched and every floating
+    // window closes. The windows are made once, then shown and hidden.
+    void registerKeyMenuNotifications();
+    // The menus' part of keyboardKeyAction, for a click outside the user
+    // light tab: the light menu for two or more checked keys, else the key menu.
+    void showMenuForClickedKey();
+    void MenuItemEnteredAction(const QVariant& object);
+    // The key menus' part of MenuItemMouseUpAction: assigns what `menuid`
+    // stands for, and closes the floating windows whatever it is.
+    void keyMenuMouseUpAction(int menuid);
+    void showKeySubMenu(const QPointF& pt, int menuid);
+    void showKeyMacroSubMenu(const QPointF& pt, int menuid);
+    void showKeyFuncSubMenu(const QPointF& pt, int menuid);
+    // Shows the light menu of `menuType` with its top-left corner at the pointer.
+    void showKeyLightSubMenu(int menuType);
+    void addMenuItem(int menuid);
+    void ShowKeyboardToolTipWnd(const QVariant& object);
+    void hideFloatingWindows();
+    QPointer<KeyMenuViewController> keyboardKeyMenu;
+    QPointer<KeySubMenuViewController> keyboardKeySubMenu;
+    QPointer<KeySubMenuMacroViewController> kbKeyMacroSubMenu;
+    QPointer<QWidget> kbKeyFuncSubMenu;  // the key capture dialog, when there is one
+    QPointer<KeySubMenuLightViewController> kbKeyLightSubMenu;
+    QPointer<KBToolTipsViewController> keyboardToolTips;
+
 protected:
     void showEvent(QShowEvent* event) override;
     void hideEvent(QHideEvent* event) override;
@@ -406,4 +442,6 @@ private:
     void showExchangeResult(const QString& line);
     void showExchangeRefusal(const QString& message);
     void showImportedUserLight(int lightId);
+    // Key menus
+    bool keyMenuObserved_ = false;
 };

@@ -12,6 +12,8 @@
 #include "View/MacroController.h"
 #include "View/MacroWindowController.h"
 #include "View/PageFrame.h"
+#include "View/CustomMenu/KeyMenuViewController.h"
+#include "View/CustomMenu/KeySubMenuMacroViewController.h"
 #include "View/control/ButtonView.h"
 #include "View/control/FlippedRect.h"
 #include "View/control/TableItemView.h"
@@ -155,6 +157,8 @@ void MainController::SubMenuItemMacroAction(const QVariant& object)
     const QVariantMap args = object.toMap();
     if (args.value("type").toInt() == kOpenMacroWindow && deviceState)
         showMacroWindow(args.value("macroid").toLongLong());
+    if (kbKeyMacroSubMenu)
+        kbKeyMacroSubMenu->hide();
 }
 
 void MainController::action_macro_newmacro()
@@ -188,6 +192,9 @@ void MainController::MacroFunctionAction(const QVariant& object)
     key.macroValue = int(macroId);
     key.macroDesc = info.macroName;
     addCustomKey(key);
+    for (QWidget* window : std::initializer_list<QWidget*>{keyboardKeyMenu, kbKeyMacroSubMenu})
+        if (window)
+            window->hide();
 }
 
 void MainController::SaveMacroToKeyboard()

@@ -29,6 +29,8 @@ void MainController::MenuItemMouseUpAction(const QVariant& object)
     // The light menu: add a user light mode (166), save to a slot (167 to 171).
     if (menuid >= 166 && menuid <= 171)
         UserLightTableMenuMsg(menuid);
+    // The key menus: an assignment for the clicked key; the floating windows close.
+    keyMenuMouseUpAction(menuid);
     // Whatever was chosen, the menus close.
     closePopovers();
 }

@@ -6,8 +6,8 @@
 #include "Protocol/SystemSettingsBlock.h"
 #include "Protocol/UploadSequences.h"
 #include "SQLite/DeviceSQLite.h"
+#include "View/control/FuncButton.h"
 
-#include <QCheckBox>
 #include <QLabel>
 
 namespace {
@@ -16,6 +16,7 @@ using namespace PageFrame;
 constexpr int kRowTop = 56;
 constexpr int kRowHeight = 44;
 constexpr int kSwitchWidth = 44;
+constexpr int kSwitchHeight = 24;
 constexpr int kMargin = 16;
 
 struct LockRow {
@@ -47,10 +48,11 @@ void MainController::initSystemPage()
         auto* label = new QLabel(sysset_view);
         label->setObjectName(QString::fromLatin1(kLockRows[i].labelName));
         label->setGeometry(kMargin, top, kPageWidth - 3 * kMargin - kSwitchWidth, kRowHeight);
-        auto* lock = new QCheckBox(sysset_view);
+        auto* lock = new SwitchButton(sysset_view);
         lock->setObjectName(QString::fromLatin1(kLockRows[i].switchName));
         lock->setProperty("tag", SystemSettingsBlock::kLockSwitches[i].tag);
-        lock->setGeometry(kPageWidth - kMargin - kSwitchWidth, top, kSwitchWidth, kRowHeight);
+        lock->setGeometry(kPageWidth - kMargin - kSwitchWidth, top + (kRowHeight - kSwitchHeight) / 2, kSwitchWidth,
+                          kSwitchHeight);
         connect(lock, &QAbstractButton::clicked, this, [this, lock] { action_keylock_swicthbtn(lock); });
         lockSwitches[i] = lock;
     }

@@ -80,6 +80,8 @@ void MainController::registerNotification()
     registerMacroNotifications();
     // User light modes: clicks on the picture, the list's menu and buttons.
     registerUserLightNotifications();
+    // Key menus: clicks on the picture, hovering the menus, the tool tip.
+    registerKeyMenuNotifications();
 }
 
 void MainController::showProblem(const QString& message, const QString& topic)

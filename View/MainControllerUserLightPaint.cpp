@@ -37,9 +37,12 @@ void MainController::keyboardKeyAction(const QVariant& object)
     currentKeyValue = 0;
     if (const auto entry = G_KB_SuperKeyNameMap.find(name); entry != G_KB_SuperKeyNameMap.end())
         currentKeyValue = entry->second.key_code;
-    // On the user light tab a click paints; the key menus come elsewhere.
-    if (userlightmode_show)
+    // On the user light tab a click paints and opens no menu.
+    if (userlightmode_show) {
         setUserLightRGB();
+        return;
+    }
+    showMenuForClickedKey();
 }
 
 void MainController::setUserLightRGB()

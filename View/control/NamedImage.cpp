@@ -28,6 +28,8 @@ QPixmap NamedImage::pixmap(const QString& name, const QSize& size, qreal deviceP
 
 void NamedImage::paintFill(QPainter& painter, const QWidget& widget, const QString& name)
 {
+    if (name.isEmpty())
+        return;  // no image: nothing to draw
     const QPixmap pm = pixmap(name, widget.size(), widget.devicePixelRatioF());
     if (!pm.isNull())
         painter.drawPixmap(0, 0, pm);

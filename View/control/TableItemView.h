@@ -1,6 +1,9 @@
 #pragma once
 // Rows of the lists: a text on a row that reacts to the pointer.
 //
+// TableItemView, a row of one centred text (the key menu's macro list):
+// under the pointer it shows "view_row_hover" behind white text. Presses go
+// through to the list, whose selection is what the row stands for.
 // RecordTableItemView, a step of the macro window's list: its text turns
 // record blue under the pointer.
 // MacroTableItemView, a macro of the macro page: under the pointer the row
@@ -55,5 +58,27 @@ protected:
 
 private:
     void setHovered(bool hovered);
+    QString image_;
+};
+
+class TableItemView : public QWidget {
+    Q_OBJECT
+public:
+    explicit TableItemView(QWidget* parent = nullptr);
+
+    // Once only: a recycled row keeps its text view.
+    void initView();
+
+    QLabel* textView = nullptr;
+    bool initFinish = false;
+
+    QString shownImageName() const { return image_; }
+
+protected:
+    void enterEvent(QEnterEvent* event) override;
+    void leaveEvent(QEvent* event) override;
+    void paintEvent(QPaintEvent* event) override;
+
+private:
     QString image_;
 };

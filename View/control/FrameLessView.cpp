@@ -1,0 +1,72 @@
+#include "View/control/FrameLessView.h"
+
+#include <QGuiApplication>
+#include <QMouseEvent>
+#include <QPainter>
+#include <QScreen>
+#include <QWindow>
+
+namespace {
+
+// The height of the desktop that y-up screen points count from.
+int screenHeight()
+{
+    const QScreen* screen = QGuiApplication::primaryScreen();
+    return screen ? screen->geometry().height() : 0;
+}
+
+void startWindowDrag(QWidget* widget, QMouseEvent* event)
+{
+    if (event->button() != Qt::LeftButton)
+        return;
+    if (QWindow* handle = widget->window()->windowHandle())
+        handle->startSystemMove();
+    event->accept();
+}
+
+}  // namespace
+
+FramelessWindow::FramelessWindow(QWidget* parent)
+    : QWidget(parent, Qt::Tool | Qt::FramelessWindowHint | Qt::NoDropShadowWindowHint)
+{
+    setAttribute(Qt::WA_TranslucentBackground);
+}
+
+void FramelessWindow::setBackgroundColor(const QColor& color)
+{
+    background_ = color;
+    update();
+}
+
+QPointF FramelessWindow::toFlippedScreen(const QPoint& globalPoint)
+{
+    return QPointF(globalPoint.x(), screenHeight() - globalPoint.y());
+}
+
+void FramelessWindow::setFrameTopLeftPoint(const QPointF& topLeft)
+{
+    move(QPoint(qRound(topLeft.x()), screenHeight() - qRound(topLeft.y())));
+}
+
+QRect FramelessWindow::flippedFrame() const
+{
+    const QRect frame = geometry();
+    return QRect(frame.x(), screenHeight() - frame.y() - frame.height(), frame.width(), frame.height());
+}
+
+void FramelessWindow::paintEvent(QPaintEvent*)
+{
+    QPainter painter(this);
+    painter.setCompositionMode(QPainter::CompositionMode_Source);
+    painter.fillRect(rect(), background_);
+}
+
+void DragView::mousePressEvent(QMouseEvent* event) { startWindowDrag(this, event); }
+
+DragImageView::DragImageView(QWidget* parent) : NamedImageView(parent)
+{
+    // Unlike other pictures, this one takes the press.
+    setAttribute(Qt::WA_TransparentForMouseEvents, false);
+}
+
+void DragImageView::mousePressEvent(QMouseEvent* event) { startWindowDrag(this, event); }

@@ -1,0 +1,53 @@
+#pragma once
+// Windows and views without a frame of their own.
+//
+// FramelessWindow: a frameless tool window with a translucent background of
+// one colour (white at 0.8 unless told otherwise), the base of the floating
+// menus and the key tool tip. It floats over the main window, may take the
+// keyboard focus, and is shown and hidden, never rebuilt.
+// DragView and DragImageView: a press on them drags their window.
+
+#include "View/control/NamedImageView.h"
+
+#include <QColor>
+#include <QWidget>
+
+class FramelessWindow : public QWidget {
+    Q_OBJECT
+public:
+    explicit FramelessWindow(QWidget* parent = nullptr);
+
+    void setBackgroundColor(const QColor& color);
+    QColor backgroundColor() const { return background_; }
+    // Moves the window so that its top-left corner is at `topLeft`, given in
+    // screen coordinates with y growing upward from the screen's bottom.
+    void setFrameTopLeftPoint(const QPointF& topLeft);
+    // The window's frame in the same coordinates: origin bottom-left.
+    QRect flippedFrame() const;
+    // Turns a point of the screen, y down, into the y-up coordinates above.
+    static QPointF toFlippedScreen(const QPoint& globalPoint);
+
+protected:
+    void paintEvent(QPaintEvent* event) override;
+
+private:
+    QColor background_ = QColor::fromRgbF(1, 1, 1, 0.8f);
+};
+
+class DragView : public QWidget {
+    Q_OBJECT
+public:
+    using QWidget::QWidget;
+
+protected:
+    void mousePressEvent(QMouseEvent* event) override;
+};
+
+class DragImageView : public NamedImageView {
+    Q_OBJECT
+public:
+    explicit DragImageView(QWidget* parent = nullptr);
+
+protected:
+    void mousePressEvent(QMouseEvent* event) override;
+};

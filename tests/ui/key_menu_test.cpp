@@ -1,0 +1,322 @@
+// From a click on a key of the picture to a function on the keyboard: the
+// key menu at the pointer, its second levels opened by hovering, a choice
+// stored for the key, shown on it and sent as the profile's key table; the
+// light menu for a selection of several keys; the key tool tip.
+#include "Common/Globals.h"
+#include "Common/NotificationCenter.h"
+#include "HIDDevice/Platform/Virtual/VirtualHidManager.h"
+#include "SQLite/DeviceSQLite.h"
+#include "Simulator/VirtualKeyboard.h"
+#include "View/CustomMenu/KeyMenuViewController.h"
+#include "View/CustomMenu/KeySubMenuLightViewController.h"
+#include "View/CustomMenu/KeySubMenuMacroViewController.h"
+#include "View/CustomWindow/KBToolTipsViewController.h"
+#include "View/KeyboardLayout/KeyCodeMaps.h"
+#include "View/MainController.h"
+#include "View/control/ButtonView.h"
+#include "View/control/KeyboardView.h"
+#include "View/control/MenuItemView.h"
+#include "support/HexBytes.h"
+#include "support/StoreTestSupport.h"
+#include "support/WaitUntil.h"
+
+#include <QColorDialog>
+#include <QLabel>
+#include <QListWidget>
+#include <QTest>
+#include <QWindow>
+#include <gtest/gtest.h>
+
+using namespace testing_support;
+
+namespace {
+
+constexpr int kEscape = 0;  // picture index of Escape: code 41, key table slot 1
+
+class KeyMenu : public ::testing::Test {
+protected:
+    void SetUp() override
+    {
+        G_Language = kLanguageEnglish;
+        env.hidManagerFactory = [this] { return std::make_unique<VirtualHidManager>(bus); };
+        controller = std::make_unique<MainController>(env);
+        controller->viewDidLoad();
+        controller->show();
+        ASSERT_TRUE(QTest::qWaitForWindowExposed(controller.get()));
+        bus->plug(keyboard);
+        ASSERT_TRUE(waitUntil([&] { return controller->currentTransport() && !controller->hidcomm_busy(); }));
+        view = controller->orvane_keyboardctrl;
+    }
+    void TearDown() override { G_Language = kLanguageEnglish; }
+
+    // The cursor only moves when it goes somewhere new, so it steps there.
+    static void pointTo(QWidget* w, QPoint p)
+    {
+        QTest::mouseMove(w, p + QPoint(1, 0));
+        QTest::mouseMove(w, p);
+    }
+    QPoint centre(int key) { return view->keyGeometry(key).center().toPoint(); }
+    void clickKey(int key)
+    {
+        pointTo(view, centre(key));
+        QTest::mouseClick(view, Qt::LeftButton, {}, centre(key));
+    }
+    // Moves within one window go through its window, so that the rows
+    // under the pointer change as they do on a desktop.
+    static void hover(QWidget* item)
+    {
+        pointTo(item, item->rect().center());
+        QWindow* window = item->window()->windowHandle();
+        const QPoint at = item->mapTo(item->window(), item->rect().center());
+        QTest::mouseMove(window, at + QPoint(0, 1));
+        QTest::mouseMove(window, at);
+    }
+    static void click(QWidget* item)
+    {
+        hover(item);
+        QTest::mouseClick(item, Qt::LeftButton, {}, item->rect().center());
+    }
+    // Opens the key menu on Escape and the second level of `entry`.
+    KeySubMenuViewController* openSecondLevel(int entry)
+    {
+        clickKey(kEscape);
+        hover(controller->keyboardKeyMenu->item(entry));
+        return controller->keyboardKeySubMenu;
+    }
+    ProfileKey storedRow(int keyCode)
+    {
+        std::vector<ProfileKey> rows;
+        controller->deviceDB->queryKeysProfile(controller->currentProfile, rows);
+        for (const ProfileKey& row : rows)
+            if (row.keyValue == keyCode)
+                return row;
+        return {};
+    }
+    // The profile's key table on the keyboard once an upload has ended.
+    std::string keyTableAfterUpload()
+    {
+        waitUntil([&] { return !keyboard->firmware().keyTable(controller->currentProfile).empty()
+                               && !controller->hidcomm_busy(); });
+        return hexFromBytes(keyboard->firmware().keyTable(controller->currentProfile));
+    }
+    bool anyFloatingWindowShown() const
+    {
+        for (QWidget* w : std::initializer_list<QWidget*>{controller->keyboardKeyMenu, controller->keyboardKeySubMenu,
+                                                          controller->kbKeyMacroSubMenu, controller->kbKeyLightSubMenu,
+                                                          controller->keyboardToolTips})
+            if (w && w->isVisible())
+                return true;
+        return false;
+    }
+    static void screenshot(QWidget* w, const QString& name)
+    {
+        if (const QString dir = qEnvironmentVariable("ORVANE_SCREENSHOT_DIR"); !dir.isEmpty())
+            w->grab().save(dir + "/" + name + (G_Language == kLanguageChinese ? "-zh.png" : "-en.png"));
+    }
+
+    TempDataFolder data;
+    std::shared_ptr<VirtualBus> bus = std::make_shared<VirtualBus>();
+    std::shared_ptr<VirtualKeyboard> keyboard = std::make_shared<VirtualKeyboard>(VirtualKeyboard::Model::M61);
+    MainController::Environment env;
+    std::unique_ptr<MainController> controller;
+    KeyboardView* view = nullptr;
+};
+
+// The whole table with one entry in slot 1 (Escape).
+std::string tableWithEscape(const std::string& entry)
+{
+    return "00000000" + entry + std::string(2 * (574 - 8), '0') + "aa55";
+}
+
+}  // namespace
+
+TEST_F(KeyMenu, MuteFromTheMultimediaLevelReachesTheKeyTheStoreAndTheKeyboard)
+{
+    ASSERT_EQ(keyNameRecord(view->kbKeyArraySelect[kEscape].keyname)->key_code, 41);
+    clickKey(kEscape);
+    KeyMenuViewController* menu = controller->keyboardKeyMenu;
+    ASSERT_TRUE(menu && menu->isVisible());
+    EXPECT_EQ(controller->currentKeyValue, 41);
+    // Opened at the pointer, seven entries 40 apart from the top.
+    EXPECT_EQ(menu->pos(), view->mapToGlobal(centre(kEscape)));
+    for (int id : {10, 11, 12, 13, 14, 16, 17})
+        EXPECT_EQ(menu->item(id)->geometry(), QRect(1, 3 + 40 * (id < 16 ? id - 10 : id - 11), 158, 40)) << id;
+
+    hover(menu->menuitem_mediafuc);
+    KeySubMenuViewController* sub = controller->keyboardKeySubMenu;
+    ASSERT_TRUE(sub && sub->isVisible());
+    // Beside the menu, 2 to the right, its top 3 + 40 below the menu's top.
+    EXPECT_EQ(sub->geometry(), QRect(menu->x() + 160 + 2, menu->y() + 3 + 40, 160, 286));
+    screenshot(menu, "key-menu");
+    screenshot(sub, "key-submenu-media");
+
+    click(sub->item(127));
+    EXPECT_EQ(storedRow(41), (ProfileKey{.keyId = storedRow(41).keyId, .profId = controller->currentProfile,
+                                         .keyValue = 41, .macroType = 11, .macroValue = 127, .macroDesc = "Mute"}));
+    EXPECT_EQ(view->kbKeyArraySelect[kEscape].keyMacro, "Mute");
+    EXPECT_FALSE(anyFloatingWindowShown());
+    EXPECT_EQ(keyTableAfterUpload(), tableWithEscape("03e20000"));
+    EXPECT_TRUE(keyboard->protocolErrors().isEmpty()) << keyboard->protocolErrors().join("\n").toStdString();
+}
+
+TEST_F(KeyMenu, EachSecondLevelSetAndTheDirectEntriesAssignWhatTheyName)
+{
+    struct Road { int entry, item; const char* title; ProfileKey row; const char* slot; };
+    const Road roads[] = {
+        {10, 105, "Copy", {.macroType = 10, .macroValue = 105, .macroDesc = "Copy"}, "02080600"},
+        {13, 132, "Right Button", {.macroType = 13, .macroValue = 132, .macroDesc = "Right Button"}, "01010200"},
+    };
+    for (const Road& road : roads) {
+        KeySubMenuViewController* sub = openSecondLevel(road.entry);
+        screenshot(sub, QStringLiteral("key-submenu-%1").arg(road.entry == 10 ? "system" : "mouse"));
+        MenuItem* item = sub->item(road.item);
+        ASSERT_TRUE(item) << road.title;
+        EXPECT_EQ(item->textView->text(), road.title);
+        click(item);
+        ProfileKey expected = road.row;
+        expected.keyId = storedRow(41).keyId, expected.profId = controller->currentProfile, expected.keyValue = 41;
+        EXPECT_EQ(storedRow(41), expected) << road.title;
+        EXPECT_EQ(keyTableAfterUpload(), tableWithEscape(road.slot)) << road.title;
+    }
+    // The mouse set is shorter; its middle row sits one unit lower.
+    EXPECT_EQ(controller->keyboardKeySubMenu->size(), QSize(160, 206));
+
+    // "Default" takes the row away, and the key shows its own name again.
+    clickKey(kEscape);
+    click(controller->keyboardKeyMenu->menuitem_default);
+    EXPECT_EQ(storedRow(41), ProfileKey{});
+    EXPECT_EQ(view->kbKeyArraySelect[kEscape].keyMacro, keyCodeRecord(41)->full_name);
+    EXPECT_EQ(keyTableAfterUpload(), tableWithEscape("00000000"));
+}
+
+TEST_F(KeyMenu, AClickOnAnEntryWithASecondLevelClosesEverythingAndAssignsNothing)
+{
+    // Mouse Function after Macro: the macro list goes, the mouse set shows
+    // 120 below the menu's top.
+    openSecondLevel(12);
+    ASSERT_TRUE(controller->kbKeyMacroSubMenu->isVisible());
+    hover(controller->keyboardKeyMenu->menuitem_mouse);
+    const QPoint menuTop = controller->keyboardKeyMenu->pos();
+    EXPECT_FALSE(controller->kbKeyMacroSubMenu->isVisible());
+    EXPECT_EQ(controller->keyboardKeySubMenu->geometry(), QRect(menuTop + QPoint(162, 3 + 120), QSize(160, 206)));
+    hover(controller->keyboardKeyMenu->menuitem_mediafuc);
+    click(controller->keyboardKeyMenu->menuitem_mediafuc);
+    EXPECT_FALSE(anyFloatingWindowShown());
+    EXPECT_EQ(storedRow(41), ProfileKey{});
+}
+
+TEST_F(KeyMenu, TheMacroListFollowsTheStoreAndItsButtonAsksForANewMacro)
+{
+    for (int i = 1; i <= 7; ++i)
+        controller->deviceDB->addMacroProfile(QStringLiteral("Macro %1").arg(i));
+    clickKey(kEscape);
+    hover(controller->keyboardKeyMenu->menuitem_macro);
+    KeySubMenuMacroViewController* macros = controller->kbKeyMacroSubMenu;
+    ASSERT_TRUE(macros && macros->isVisible());
+    EXPECT_EQ(std::pair(macros->size(), macros->macro_tableview->count()), std::pair(QSize(180, 276), 7));
+    screenshot(macros, "key-submenu-macro");
+
+    QVariant asked;
+    NotificationCenter::defaultCenter().addObserver("SubMenuItemMacroAction", [&](const QVariant& o) { asked = o; }, this);
+    click(macros->btn_createMacro);
+    NotificationCenter::defaultCenter().removeObservers(this);
+    EXPECT_EQ(asked.toMap(), (QVariantMap{{"type", 1}, {"macroid", 0}}));
+    EXPECT_FALSE(macros->isVisible());
+
+    // Choosing the second row puts that macro on the key and closes the menus.
+    clickKey(kEscape);
+    hover(controller->keyboardKeyMenu->menuitem_macro);
+    QListWidget* list = macros->macro_tableview;
+    const QRect row = list->visualItemRect(list->item(1));
+    QTest::mouseClick(list->viewport(), Qt::LeftButton, {}, row.center());
+    const ProfileKey stored = storedRow(41);
+    EXPECT_EQ(std::tuple(stored.macroType, stored.macroDesc, view->kbKeyArraySelect[kEscape].keyMacro),
+              std::tuple(12, QString("Macro 2"), QString("Macro 2")));
+    EXPECT_FALSE(anyFloatingWindowShown());
+    // Clearing the selection names no macro and changes nothing.
+    list->clearSelection();
+    EXPECT_EQ(storedRow(41), stored);
+}
+
+TEST_F(KeyMenu, ARubberBandOverTwoKeysOpensTheLightMenuNotTheKeyMenu)
+{
+    clickKey(kEscape);
+    controller->hideFloatingWindows();
+    const QPoint from = centre(kEscape), to = centre(1);
+    QTest::mousePress(view, Qt::LeftButton, {}, from);
+    QTest::mouseMove(view, to);
+    QTest::mouseRelease(view, Qt::LeftButton, {}, to);
+    KeySubMenuLightViewController* light = controller->kbKeyLightSubMenu;
+    ASSERT_TRUE(light && light->isVisible());
+    EXPECT_FALSE(controller->keyboardKeyMenu->isVisible());
+    EXPECT_EQ(std::pair(light->menu_type, light->size()), std::pair(1, QSize(160, 90)));
+    EXPECT_EQ(light->menuitem_light_custom->textView->text(), "Light Up RGB");
+    screenshot(light, "light-menu-keys");
+    // "Light Up RGB" only closes the menus.
+    click(light->menuitem_light_custom);
+    EXPECT_FALSE(anyFloatingWindowShown());
+    EXPECT_EQ(storedRow(41), ProfileKey{});
+
+    // On the user light tab a click paints: the colour panel, no menu.
+    controller->action_userlightmode_tab();
+    clickKey(kEscape);
+    EXPECT_TRUE(controller->colorPanel && controller->colorPanel->isVisible());
+    EXPECT_FALSE(controller->keyboardKeyMenu->isVisible() || controller->kbKeyLightSubMenu->isVisible());
+    controller->closeColorPanel();
+}
+
+TEST_F(KeyMenu, TheToolTipNamesTheKeyAndItsAssignmentAboveIt)
+{
+    ProfileKey mute{.profId = controller->currentProfile, .keyValue = 41, .macroType = 11, .macroValue = 127,
+                    .macroDesc = "Mute"};
+    controller->deviceDB->addKeyProfile(mute);
+    controller->loadKeyMacro();
+    pointTo(view, centre(kEscape));
+    KBToolTipsViewController* tip = controller->keyboardToolTips;
+    ASSERT_TRUE(tip && tip->isVisible());
+    EXPECT_EQ(std::pair(tip->label_keydesc->text(), tip->label_keymacro->text()),
+              std::pair(keyCodeRecord(41)->full_name, QString("Mute")));
+    // 82 left of the key's lower edge's centre, its top 105 above that edge.
+    const QRectF key = view->keyGeometry(kEscape);
+    const QPoint edge = view->mapToGlobal(QPointF(key.center().x(), key.bottom()).toPoint());
+    EXPECT_LE((tip->pos() - (edge + QPoint(-82, -105))).manhattanLength(), 1);
+    screenshot(tip, "key-tooltip");
+    pointTo(controller.get(), QPoint(5, 5));
+    EXPECT_FALSE(tip->isVisible());
+}
+
+TEST_F(KeyMenu, MenusTakeTheLanguageInForceAtTheirNextShowingAndKeepStoredTexts)
+{
+    openSecondLevel(11);
+    click(controller->keyboardKeySubMenu->item(127));
+    G_Language = kLanguageChinese;
+    KeySubMenuViewController* sub = openSecondLevel(11);
+    KeyMenuViewController* menu = controller->keyboardKeyMenu;
+    EXPECT_EQ(std::pair(menu->menuitem_mediafuc->textView->text(), sub->item(127)->textView->text()),
+              std::pair(QString("多媒体"), QString("静音")));
+    EXPECT_EQ(storedRow(41).macroDesc, "Mute") << "a stored text stays in the language it was chosen in";
+    screenshot(menu, "key-menu");
+    screenshot(sub, "key-submenu-media");
+    for (int entry : {10, 13}) {
+        hover(menu->item(entry));
+        screenshot(controller->keyboardKeySubMenu, QStringLiteral("key-submenu-%1").arg(entry == 10 ? "system" : "mouse"));
+    }
+    controller->deviceDB->addMacroProfile(QStringLiteral("宏 1"));
+    hover(menu->menuitem_macro);
+    EXPECT_EQ(controller->kbKeyMacroSubMenu->size(), QSize(180, 96));  // one row: 36 + 60
+    screenshot(controller->kbKeyMacroSubMenu, "key-submenu-macro");
+
+    // The light menu's shapes: the second's six entries, then the third's one.
+    for (const auto& [type, height, entries] : {std::tuple(2, 246, 6), std::tuple(3, 46, 1), std::tuple(1, 90, 2)}) {
+        controller->showKeyLightSubMenu(type);
+        KeySubMenuLightViewController* light = controller->kbKeyLightSubMenu;
+        int shown = 0;
+        for (MenuItem* item : light->findChildren<MenuItem*>())
+            shown += item->isVisibleTo(light);
+        EXPECT_EQ(std::pair(light->height(), shown), std::pair(height, entries)) << type;
+        screenshot(light, QStringLiteral("light-menu-%1").arg(type));
+    }
+    EXPECT_EQ(controller->kbKeyLightSubMenu->menuitem_userlight_setprofile5->textView->text(), "保存到自定义模式5");
+    pointTo(view, centre(kEscape));
+    screenshot(controller->keyboardToolTips, "key-tooltip");
+}
