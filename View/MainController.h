@@ -12,7 +12,8 @@
 // MainControllerProfile (poll and profile), MainControllerUI (window),
 // LanguageSwitch (texts and the language menu), MainControllerSystem (menu
 // commands), MainControllerLight (the built-in light effects),
-// MainControllerSystemPage (the key locks).
+// MainControllerSystemPage (the key locks), MainControllerKeyTable (the
+// key table of a profile).
 
 #include "HIDDevice/DeviceComm.h"
 #include "HIDDevice/HIDDevice.h"
@@ -209,6 +210,13 @@ public:
     QWidget* light_mode_scrollview = nullptr;      // the list scrolls by itself: the same widget
     QList<QVariantMap> light_mode_datas;           // "icon_n", "icon_h", "icon_s", "text", "mode"
     bool userlightmode_show = false;
+
+    // ---- Key table (MainControllerKeyTable) --------------------------------
+    // Builds the profile's whole key table from the stored assignments and
+    // sends it; sends nothing when the assignments cannot be read.
+    void setKeyMacroData(int profile);
+    // The keys of the picture show the assignments of `currentProfile`.
+    void loadKeyMacro();
 
 protected:
     void showEvent(QShowEvent* event) override;
