@@ -13,7 +13,7 @@
 // LanguageSwitch (texts and the language menu), MainControllerSystem (menu
 // commands), MainControllerLight (the built-in light effects),
 // MainControllerSystemPage (the key locks), MainControllerKeyTable (the
-// key table of a profile).
+// key table of a profile), MainControllerKeyFunc (writing an assignment).
 
 #include "HIDDevice/DeviceComm.h"
 #include "HIDDevice/HIDDevice.h"
@@ -45,6 +45,7 @@ struct KeyboardModelLayout;
 class LanguagePopoverViewController;
 class LightTableItemView;
 class LocalSQLite;
+struct ProfileKey;
 class QListWidget;
 struct StoreHealth;
 
@@ -218,6 +219,15 @@ public:
     // The keys of the picture show the assignments of `currentProfile`.
     void loadKeyMacro();
 
+    // ---- Custom key (MainControllerKeyFunc) ---------------------------------
+    // "CustomKeyFuncMsg" from the capture dialog: assigns the captured key
+    // ("keyvalue" 0: the key's own function) and closes the menus.
+    void CustomKeyFuncMsg(const QVariant& object);
+    // The one write path of every assignment: stores `keydata` for
+    // `currentKeyValue` in `currentProfile`, shows it on the key and sends
+    // the profile's key table.
+    void addCustomKey(ProfileKey& keydata);
+
 protected:
     void showEvent(QShowEvent* event) override;
     void hideEvent(QHideEvent* event) override;
@@ -264,4 +274,5 @@ private:
     QStringList problems_;
     void layoutProblems();
     std::uint64_t menuItemObserver_ = 0;  // "MenuItemMouseUpAction", added once
+    std::uint64_t customKeyObserver_ = 0;  // "CustomKeyFuncMsg", added once
 };

@@ -70,6 +70,10 @@ void MainController::registerNotification()
     if (!menuItemObserver_)
         menuItemObserver_ = NotificationCenter::defaultCenter().addObserver(
             QStringLiteral("MenuItemMouseUpAction"), [this](const QVariant& o) { MenuItemMouseUpAction(o); }, this);
+    // Custom key
+    if (!customKeyObserver_)
+        customKeyObserver_ = NotificationCenter::defaultCenter().addObserver(
+            QStringLiteral("CustomKeyFuncMsg"), [this](const QVariant& o) { CustomKeyFuncMsg(o); }, this);
 }
 
 void MainController::showProblem(const QString& message, const QString& topic)
