@@ -1,7 +1,6 @@
 // A key pressed in the capture dialog becomes the assignment of a key of the
 // picture: stored, shown on the key and sent in the profile's key table.
 #include "Common/Globals.h"
-#include "Common/Records.h"
 #include "HIDDevice/Platform/Virtual/VirtualHidManager.h"
 #include "SQLite/DeviceSQLite.h"
 #include "Simulator/VirtualKeyboard.h"
@@ -14,30 +13,20 @@
 #include "support/StoreTestSupport.h"
 #include "support/WaitUntil.h"
 
-#include <QApplication>
 #include <QDir>
-#include <QImageWriter>
-#include <QKeyEvent>
+#include <QLabel>
 #include <QLineEdit>
 #include <QPainter>
 #include <QPushButton>
-#include <QWindow>
 #include <gtest/gtest.h>
 
-using namespace testing_support;
+using testing_support::hexFromBytes;
 
 namespace {
 
 constexpr int kEscape = 41;
-constexpr int kTab = 43;
 
-// A key as X11 and Wayland deliver it to the focused window: its native
-// scan code is the evdev code plus 8.
-void key(QWidget* window, QEvent::Type type, int qtKey, quint32 scanCode)
-{
-    QKeyEvent event(type, qtKey, Qt::NoModifier, scanCode, 0, 0);
-    QCoreApplication::sendEvent(window->windowHandle(), &event);
-}
+using Key = std::pair<QEvent::Type, quint32>;  // native scan code: the evdev code plus 8
 
 class CustomKey : public testing::Test {
 protected:
@@ -52,47 +41,45 @@ protected:
         controller->show();
         bus->plug(keyboard);
         ASSERT_TRUE(waitUntil([&] { return controller->currentTransport() && !controller->hidcomm_busy(); }));
+        dialog = ShowKBKeyFuncSubMenu(controller.get());
+        dialog->move(controller->mapToGlobal(QPoint(305, 112)));
     }
     void TearDown() override { delete kbKeyFuncSubMenu; }
 
-    std::vector<ProfileKey> rows(int profile)
+    void press(const std::vector<Key>& keys)
     {
-        std::vector<ProfileKey> found;
-        controller->deviceDB->queryKeysProfile(profile, found);
-        return found;
+        for (const auto& [type, scanCode] : keys)
+            sendKey(dialog, type, scanCode);
+    }
+    // Clicks the button and answers the profile-2 table once it differs from `before`.
+    std::string clickAndReadTable(QPushButton* button, const std::vector<uint8_t>& before)
+    {
+        button->click();
+        const auto sent = [&] { return keyboard->firmware().keyTable(2) != before && !controller->hidcomm_busy(); };
+        EXPECT_TRUE(waitUntil(sent));
+        return hexFromBytes(keyboard->firmware().keyTable(2));
     }
     QString legend(int keyCode)
     {
         const auto& keys = controller->orvane_keyboardctrl->kbKeyArraySelect;
         return keys.at(std::size_t(*picturePosition(keyCode, int(keys.size())))).keyMacro;
     }
-    // Confirms the dialog and waits until the keyboard holds a table other than `before`.
-    std::vector<uint8_t> confirmAndReadTable(QPushButton* button, const std::vector<uint8_t>& before)
+    // The dialog over the picture, when ORVANE_SCREENSHOT_DIR names a folder.
+    void screenshot(const QString& name)
     {
-        button->click();
-        EXPECT_TRUE(waitUntil([&] { return keyboard->firmware().keyTable(2) != before && !controller->hidcomm_busy(); }));
-        return keyboard->firmware().keyTable(2);
-    }
-    // The dialog over the keyboard picture, as the window shows it, when
-    // ORVANE_SCREENSHOT_DIR names a folder.
-    void screenshot(KeySubMenuKeyFuncViewController* dialog, const QString& name)
-    {
-        const QString dir = qEnvironmentVariable("ORVANE_SCREENSHOT_DIR");
-        if (dir.isEmpty())
-            return;
-        QApplication::processEvents();
-        const QRect area(195, 105, 700, 350);
-        QPixmap shot = controller->grab(area);
-        QPainter(&shot).drawPixmap(dialog->pos() - controller->mapToGlobal(area.topLeft()), dialog->grab());
-        QImageWriter writer(QDir(dir).filePath(name + ".png"));
-        writer.setQuality(0);
-        writer.write(shot.toImage().convertToFormat(QImage::Format_RGB888));
+        if (const QString dir = qEnvironmentVariable("ORVANE_SCREENSHOT_DIR"); !dir.isEmpty()) {
+            const QRect area(195, 105, 700, 350);
+            QPixmap shot = controller->grab(area);
+            QPainter(&shot).drawPixmap(dialog->pos() - controller->mapToGlobal(area.topLeft()), dialog->grab());
+            shot.toImage().convertToFormat(QImage::Format_RGB888).save(QDir(dir).filePath(name + ".png"), "PNG", 0);
+        }
     }
 
-    TempDataFolder data;
+    testing_support::TempDataFolder data;
     std::shared_ptr<VirtualBus> bus = std::make_shared<VirtualBus>();
     std::shared_ptr<VirtualKeyboard> keyboard = std::make_shared<VirtualKeyboard>(VirtualKeyboard::Model::M61);
     std::unique_ptr<MainController> controller;
+    KeySubMenuKeyFuncViewController* dialog = nullptr;
 };
 
 }  // namespace
@@ -101,68 +88,56 @@ TEST_F(CustomKey, APressedKeyOnEscapeInProfile2IsStoredShownAndSentAndAHeldModif
 {
     // Profile 2 already holds an assignment on the keyboard (Tab plays Mute).
     controller->currentProfile = 2;
-    controller->currentKeyValue = kTab;
+    controller->currentKeyValue = 43;
     ProfileKey mute{.macroType = 11, .macroValue = 127, .macroDesc = "Mute"};
     controller->addCustomKey(mute);
     ASSERT_TRUE(waitUntil([&] { return !keyboard->firmware().keyTable(2).empty() && !controller->hidcomm_busy(); }));
     const std::vector<uint8_t> before = keyboard->firmware().keyTable(2);
     ASSERT_EQ(before.size(), 576u);
     std::vector<uint8_t> expected = before;
-    std::copy_n(std::vector<uint8_t>{0x02, 0x00, 0x04, 0x00}.begin(), 4, expected.begin() + 4);  // Escape's slot
+    std::copy_n(std::begin({0x02, 0x00, 0x04, 0x00}), 4, expected.begin() + 4);  // Escape's slot
 
     controller->currentKeyValue = kEscape;
-    KeySubMenuKeyFuncViewController* dialog = ShowKBKeyFuncSubMenu(controller.get());
-    dialog->move(controller->mapToGlobal(QPoint(305, 112)));
-    struct Press { QEvent::Type type; int qtKey; quint32 scanCode; };
-    const std::vector<std::vector<Press>> cases{
-        {{QEvent::KeyPress, Qt::Key_A, 38}, {QEvent::KeyRelease, Qt::Key_A, 38}},
-        {{QEvent::KeyPress, Qt::Key_Control, 37}, {QEvent::KeyPress, Qt::Key_A, 38},
-         {QEvent::KeyRelease, Qt::Key_A, 38}, {QEvent::KeyRelease, Qt::Key_Control, 37}}};
-    for (const std::vector<Press>& presses : cases) {
-        SCOPED_TRACE(presses.size() == 2 ? "A" : "Left Ctrl held, then A");
-        ASSERT_TRUE(dialog->isVisible());
-        for (const Press& press : presses)
-            key(dialog, press.type, press.qtKey, press.scanCode);
+    const Key ctrlDown{QEvent::KeyPress, 37}, aDown{QEvent::KeyPress, 38};
+    const Key aUp{QEvent::KeyRelease, 38}, ctrlUp{QEvent::KeyRelease, 37};
+    for (const std::vector<Key>& keys : {std::vector{aDown, aUp}, std::vector{ctrlDown, aDown, aUp, ctrlUp}}) {
+        SCOPED_TRACE(keys.size() == 2 ? "A" : "Left Ctrl held, then A");
+        press(keys);
         EXPECT_EQ(dialog->edit_keyfunc->text(), "A");
-        if (presses.size() == 2)
-            screenshot(dialog, "capture-dialog");
-
-        EXPECT_EQ(hexFromBytes(confirmAndReadTable(dialog->btn_okfunc, before)), hexFromBytes(expected));
+        screenshot("capture-dialog");
+        EXPECT_EQ(clickAndReadTable(dialog->btn_okfunc, before), hexFromBytes(expected));
         EXPECT_FALSE(dialog->isVisible());
-        const ProfileKey stored{.profId = 2, .keyValue = kEscape, .macroType = 14, .macroValue = 4, .macroDesc = "A"};
-        ASSERT_EQ(rows(2).size(), 2u);
-        ProfileKey row = rows(2)[1];
-        row.keyId = 0;
-        EXPECT_EQ(row, stored);
+        std::vector<ProfileKey> rows;
+        ASSERT_TRUE(controller->deviceDB->queryKeysProfile(2, rows) && rows.size() == 2);
+        rows[1].keyId = 0;
+        EXPECT_EQ(rows[1], (ProfileKey{.profId = 2, .keyValue = kEscape, .macroType = 14, .macroValue = 4,
+                                       .macroDesc = "A"}));
         EXPECT_EQ(legend(kEscape), "A");
 
-        // Cancel takes Escape back to its own function and name.
-        dialog = ShowKBKeyFuncSubMenu(controller.get());
-        EXPECT_EQ(dialog->edit_keyfunc->text(), "A") << "the last key stays for the next showing";
-        EXPECT_EQ(hexFromBytes(confirmAndReadTable(dialog->btn_cancelfunc, expected)), hexFromBytes(before));
+        // Shown again, the dialog still holds A; Cancel gives Escape back its own function and name.
+        ShowKBKeyFuncSubMenu(controller.get());
+        EXPECT_EQ(dialog->edit_keyfunc->text(), "A");
+        EXPECT_EQ(clickAndReadTable(dialog->btn_cancelfunc, expected), hexFromBytes(before));
         EXPECT_EQ(legend(kEscape), "Escape");
-        dialog = ShowKBKeyFuncSubMenu(controller.get());
+        ShowKBKeyFuncSubMenu(controller.get());
     }
     EXPECT_TRUE(keyboard->protocolErrors().isEmpty()) << keyboard->protocolErrors().join("\n").toStdString();
 
     controller->switchLanguage(kLanguageChinese);
     dialog->hide();
-    dialog = ShowKBKeyFuncSubMenu(controller.get());
+    ShowKBKeyFuncSubMenu(controller.get());
     EXPECT_EQ(dialog->label_keyfunc->text(), "请输入键盘按键");
-    screenshot(dialog, "capture-dialog-zh");
+    screenshot("capture-dialog-zh");
     controller->switchLanguage(kLanguageEnglish);
 }
 
 TEST_F(CustomKey, AKeyTheModelLacksIsTakenByItsNameAndAKeyWithoutOneIsRefused)
 {
-    KeySubMenuKeyFuncViewController* dialog = ShowKBKeyFuncSubMenu(controller.get());
-    struct Case { quint32 scanCode; QString shown; int captured; };
     // Up Arrow has no key on the 61-key model but a name; F13 has neither.
-    const std::vector<Case> cases{{111, "Up Arrow", 0x52}, {191, "This key cannot be set; press another", 0},
-                                  {50, "Left Shift", 225}};
-    for (const Case& c : cases) {
-        key(dialog, QEvent::KeyPress, Qt::Key_unknown, c.scanCode);
-        key(dialog, QEvent::KeyRelease, Qt::Key_unknown, c.scanCode);
-        EXPECT_EQ(std::pair(dialog->edit_keyfunc->text(), dialog->currentKeyValue), std::pair(c.shown, c.captured));
+    const std::vector<std::tuple<quint32, QString, int>> cases{
+        {111, "Up Arrow", 0x52}, {191, "This key cannot be set; press another", 0}, {50, "Left Shift", 225}};
+    for (const auto& [scanCode, shown, captured] : cases) {
+        press({{QEvent::KeyPress, scanCode}, {QEvent::KeyRelease, scanCode}});
+        EXPECT_EQ(std::pair(dialog->edit_keyfunc->text(), dialog->currentKeyValue), std::pair(shown, captured));
     }
 }
