@@ -17,8 +17,8 @@ inline constexpr int kLanguageChinese = 2052;
 extern std::atomic<int> G_Language;
 
 // ---- Last input ------------------------------------------------------------
-// What the key logger saw last, from any keyboard of the machine (main thread
-// only). Written before the application's own widgets see the key, so a
+// What the key logger saw last, from any keyboard of the machine (written on
+// the main thread), before the application's own widgets see the key, so a
 // handler of a key event reads values that already describe that key.
 
 // HID usage of the last key value; consumers set it to 0 to forget it.
@@ -27,5 +27,7 @@ extern int GLOBAL_LAST_PRESS_KEY_SCANCODE;
 extern QString lastKeyOperate;
 // Milliseconds since 1970 of the last input value of any kind.
 extern qint64 lastMovedTime;
-// The last value of Left Shift (usage 225): 1 while it is held.
-extern int shiftKeyStatus;
+// Left Shift (usage 225) as the input capture last saw it: 1 while held,
+// else 0. Read by the keyboard picture when a click decides whether it adds
+// to the selection.
+extern std::atomic<int> shiftKeyStatus;

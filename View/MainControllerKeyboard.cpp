@@ -49,6 +49,9 @@ void MainController::keyboard_color_select(int tag)
     if (orvane_keyboardctrl && orvane_keyboardctrl->kbImageView) {
         orvane_keyboardctrl->kbImageView->setImageName(casePictureForType(model, type));
         orvane_keyboardctrl->update();
+        if (const auto move_type = caseColourSlide(keyboardColorType, type))
+            orvane_keyboardctrl->animationMoveKBView(casePictureForType(model, type),
+                                                     casePictureForType(model, keyboardColorType), *move_type);
         // Black legends on the white case, white on every other.
         orvane_keyboardctrl->setKeyBackgroundColor(tag == kCaseColourFirstTag ? Qt::black : Qt::white);
     }

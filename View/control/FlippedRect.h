@@ -4,6 +4,7 @@
 // can stay as they are written.
 
 #include <QRect>
+#include <QPointF>
 #include <QRectF>
 #include <QSizeF>
 
@@ -19,4 +20,13 @@ inline QRectF flippedRect(const QSizeF& bounds, const QSizeF& viewSize, const QR
     const qreal sx = viewSize.width() / bounds.width();
     const qreal sy = viewSize.height() / bounds.height();
     return QRectF(r.x() * sx, (bounds.height() - r.y() - r.height()) * sy, r.width() * sx, r.height() * sy);
+}
+
+// The reverse for a point: a position in a view of `viewSize` as picture
+// units of `bounds`, y upward.
+inline QPointF unflippedPoint(const QSizeF& bounds, const QSizeF& viewSize, const QPointF& p)
+{
+    const qreal sx = bounds.width() / viewSize.width();
+    const qreal sy = bounds.height() / viewSize.height();
+    return QPointF(p.x() * sx, bounds.height() - p.y() * sy);
 }

@@ -31,6 +31,13 @@ void KeyView::paintEvent(QPaintEvent*)
     QPainter(this).fillRect(rect(), shownColor());
 }
 
+QPen bandPen(const QColor& color, qreal width)
+{
+    QPen pen(color, width);
+    pen.setDashPattern({3 / width, 1 / width});
+    return pen;
+}
+
 FrameSelectView::FrameSelectView(QWidget* parent) : QWidget(parent)
 {
     setAttribute(Qt::WA_TransparentForMouseEvents);
@@ -41,8 +48,6 @@ void FrameSelectView::paintEvent(QPaintEvent*)
     if (width() <= 10 || height() <= 10)
         return;
     QPainter painter(this);
-    QPen pen(Qt::green, 5);
-    pen.setDashPattern({3, 1});
-    painter.setPen(pen);
+    painter.setPen(bandPen(Qt::green, 5));
     painter.drawRect(rect());
 }

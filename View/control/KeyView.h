@@ -5,6 +5,7 @@
 // handles those for all keys.
 
 #include <QColor>
+#include <QPen>
 #include <QPixmap>
 #include <QWidget>
 
@@ -27,6 +28,10 @@ protected:
     void paintEvent(QPaintEvent* event) override;
 };
 
+
+// The rubber band's line: dashes of 3 units with gaps of 1, whatever its
+// width (Qt counts dash lengths in line widths).
+QPen bandPen(const QColor& color, qreal width);
 
 // The rubber band: a dashed frame once it is larger than a few units.
 class FrameSelectView : public QWidget {

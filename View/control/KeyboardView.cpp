@@ -7,7 +7,10 @@
 
 #include <QPainter>
 
-KeyboardView::KeyboardView(QWidget* parent) : QWidget(parent) {}
+KeyboardView::KeyboardView(QWidget* parent) : QWidget(parent)
+{
+    setMouseTracking(true);  // moves without a button drive the hover
+}
 
 void KeyboardView::setFrameOrigin(int x, int y)
 {
@@ -23,6 +26,13 @@ void KeyboardView::setBoundsSize(const QSizeF& size)
 
 void KeyboardView::removeKeyboard()
 {
+    stopSlide();
+    // The indices name keys of the old model, which may have more keys.
+    if (hoverKeyItem != -1)
+        postToolTip(-1);
+    hoverKeyItem = -1;
+    selectKeyItem = -1;
+    frameSelect = {};
     for (auto* keys : {&kbKeyArrayHover, &kbKeyArraySelect})
         for (KeyData& key : *keys) {
             delete key.view;  // the view is ours; the key forgets it
@@ -141,11 +151,9 @@ void KeyboardView::resizeEvent(QResizeEvent*)
 
 void KeyboardView::paintEvent(QPaintEvent*)
 {
-    if (frameSelect.width() <= 10 || frameSelect.height() <= 10)
+    if (bounds_.isEmpty() || frameSelect.width() <= 10 || frameSelect.height() <= 10)
         return;
     QPainter painter(this);
-    QPen pen(Qt::yellow, 3);
-    pen.setDashPattern({3, 1});
-    painter.setPen(pen);
-    painter.drawRect(frameSelect);
+    painter.setPen(bandPen(Qt::yellow, 3));
+    painter.drawRect(flippedRect(bounds_, QSizeF(size()), frameSelect));
 }

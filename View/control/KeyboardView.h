@@ -8,18 +8,29 @@
 // key geometry is converted once here, when keys arrive or the view is
 // resized, and hitTest answers from that. The view speaks in key indices;
 // it knows nothing of stores or the keyboard's protocol.
+//
+// The pointer: a move marks the key under it (hover) and shows its tool tip;
+// a press selects the hovered key (with Left Shift held, in addition to the
+// keys selected before); a drag of more than 6 units draws a rubber band and
+// selects exactly the keys it touches; the release reports the last clicked
+// key by name. What these do for the window is told by notifications:
+// "ShowKeyboardToolTipWnd", "keyboardKeyAction" and, after a slide between
+// two pictures, "KeyboardViewAnimationStop".
 
 #include "View/KeyboardLayout/KeyboardLayouts.h"
 
 #include <QColor>
 #include <QPointF>
+#include <QPointer>
 #include <QRectF>
 #include <QWidget>
 
+#include <array>
 #include <optional>
 #include <vector>
 
 class FrameSelectView;
+class QAbstractAnimation;
 class KeyView;
 class NamedImageView;
 class SelectKeyView;
@@ -37,7 +48,7 @@ public:
     QSizeF boundsSize() const { return bounds_; }
 
     // Replaces all keys and the picture. `type` is kept for the picture's
-    // kind; every model passes 1.
+    // kind; every model passes 1. No key is hovered or selected afterwards.
     void initKeyboard(int type, const QString& kb_image, std::vector<KeyData> keyArray);
     // Takes every key's views and the picture away.
     void removeKeyboard();
@@ -64,18 +75,50 @@ public:
     NamedImageView* kbOldView = nullptr;
     int animationIndex = 0;
     FrameSelectView* frameSelectView = nullptr;
-    QPointF ptMouseDown;
-    QRectF frameSelect;
+    QPointF ptMouseDown;  // picture units, y upward, like the keys' rects
+    QRectF frameSelect;   // the last rubber band, picture units
 
     KeyView* keyView(int index) const;
     SelectKeyView* selectKeyView(int index) const;
 
+    // ---- Pointer (points in view coordinates) ----------------------------
+    void mouseMoved(const QPointF& point);
+    void mouseDown(const QPointF& point);
+    void mouseDragged(const QPointF& point);
+    void mouseUp();
+    void mouseEntered();
+    void mouseExited();
+
+    // ---- Showing and sliding ----------------------------------------------
+    // Hides or shows the picture, the key colours, the markers and the band.
+    void setControlHideStatus(bool isHidden);
+    // Slides `new_image` in while `old_image` leaves, in 0.68 s: move_type 0
+    // from above, 1 from below, 2 from the left, 3 from the right. Any other
+    // type starts nothing and leaves the two pictures over hidden controls.
+    void animationMoveKBView(const QString& new_image, const QString& old_image, int move_type);
+    bool isSliding() const;
+
 protected:
     void resizeEvent(QResizeEvent* event) override;
     void paintEvent(QPaintEvent* event) override;
+    void mouseMoveEvent(QMouseEvent* event) override;
+    void mousePressEvent(QMouseEvent* event) override;
+    void mouseReleaseEvent(QMouseEvent* event) override;
+    void enterEvent(QEnterEvent* event) override;
+    void leaveEvent(QEvent* event) override;
 
 private:
     void placeChildren();
+    void setKeyCheck(int index, bool check);
+    // Posts the tool tip of one key, or the hiding one for -1.
+    void postToolTip(int index);
+    QPointF toPicture(const QPointF& point) const;
+    // The view's lower-left corner in its parent, y upward.
+    QPointF frameOrigin() const;
+    void stopSlide();
+    void animationDidEnd();
+
+    std::array<QPointer<QAbstractAnimation>, 2> slide_;
 
     QSizeF bounds_;
     std::vector<QRectF> keyGeometry_;  // view coordinates, index = key index

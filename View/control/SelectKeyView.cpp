@@ -26,6 +26,12 @@ void SelectKeyView::setKeyCheck(bool check)
     imageView->setVisible(check);
 }
 
+void SelectKeyView::showMarker(bool shown)
+{
+    if (imageView)
+        imageView->setVisible(shown);
+}
+
 void SelectKeyView::resizeEvent(QResizeEvent*)
 {
     if (imageView)

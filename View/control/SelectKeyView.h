@@ -18,6 +18,8 @@ public:
     void setKeyCheck(bool check);
     // Creates the marker if there is none yet; hidden until shown.
     void ensureMarker();
+    // Shows or hides the marker, if the key has one, leaving keyCheck.
+    void showMarker(bool shown);
 
 protected:
     void resizeEvent(QResizeEvent* event) override;

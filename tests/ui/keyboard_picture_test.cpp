@@ -10,6 +10,7 @@
 #include "View/control/NamedImage.h"
 #include "View/control/NamedImageView.h"
 #include "support/StoreTestSupport.h"
+#include "support/WaitUntil.h"
 
 #include <QDir>
 #include <QImageWriter>
@@ -41,6 +42,7 @@ protected:
         const QString dir = qEnvironmentVariable("ORVANE_SCREENSHOT_DIR");
         if (dir.isEmpty())
             return;
+        waitUntil([&] { return !view().isSliding(); });
         QApplication::processEvents();
         QImageWriter writer(QDir(dir).filePath(name + ".png"));
         writer.setQuality(0);  // smallest file
