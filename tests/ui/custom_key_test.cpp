@@ -1,17 +1,12 @@
 // A key pressed in the capture dialog becomes the assignment of a key of the
 // picture: stored, shown on the key and sent in the profile's key table.
-#include "Common/Globals.h"
-#include "HIDDevice/Platform/Virtual/VirtualHidManager.h"
 #include "SQLite/DeviceSQLite.h"
-#include "Simulator/VirtualKeyboard.h"
 #include "View/CustomMenu/KeySubMenuKeyFuncViewController.h"
 #include "View/KeyboardLayout/KeyCodeMaps.h"
-#include "View/MainController.h"
 #include "View/control/KeyboardView.h"
 #include "support/FakeKeySource.h"
 #include "support/HexBytes.h"
-#include "support/StoreTestSupport.h"
-#include "support/WaitUntil.h"
+#include "support/VirtualSession.h"
 
 #include <QDir>
 #include <QLabel>
@@ -33,14 +28,7 @@ protected:
     void SetUp() override
     {
         FakeKeySource::keylogger();
-        G_Language = kLanguageEnglish;
-        MainController::Environment env;
-        env.hidManagerFactory = [bus = bus] { return std::make_unique<VirtualHidManager>(bus); };
-        controller = std::make_unique<MainController>(env);
-        controller->viewDidLoad();
-        controller->show();
-        bus->plug(keyboard);
-        ASSERT_TRUE(waitUntil([&] { return controller->currentTransport() && !controller->hidcomm_busy(); }));
+        ASSERT_TRUE(session.connected());
         dialog = ShowKBKeyFuncSubMenu(controller.get());
         dialog->move(controller->mapToGlobal(QPoint(305, 112)));
     }
@@ -75,10 +63,9 @@ protected:
         }
     }
 
-    testing_support::TempDataFolder data;
-    std::shared_ptr<VirtualBus> bus = std::make_shared<VirtualBus>();
-    std::shared_ptr<VirtualKeyboard> keyboard = std::make_shared<VirtualKeyboard>(VirtualKeyboard::Model::M61);
-    std::unique_ptr<MainController> controller;
+    testing_support::VirtualSession session;
+    const std::unique_ptr<MainController>& controller = session.controller;
+    const std::shared_ptr<VirtualKeyboard>& keyboard = session.keyboard;
     KeySubMenuKeyFuncViewController* dialog = nullptr;
 };
 

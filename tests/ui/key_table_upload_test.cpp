@@ -1,15 +1,10 @@
 // A stored key assignment, sent as its profile's key table to a virtual
 // keyboard and shown on the key of the picture.
-#include "Common/Globals.h"
-#include "HIDDevice/Platform/Virtual/VirtualHidManager.h"
 #include "SQLite/DeviceSQLite.h"
-#include "Simulator/VirtualKeyboard.h"
 #include "View/KeyboardLayout/KeyCodeMaps.h"
-#include "View/MainController.h"
 #include "View/control/KeyboardView.h"
 #include "support/HexBytes.h"
-#include "support/StoreTestSupport.h"
-#include "support/WaitUntil.h"
+#include "support/VirtualSession.h"
 
 #include <gtest/gtest.h>
 
@@ -17,17 +12,10 @@ using namespace testing_support;
 
 TEST(KeyTableUpload, AStoredAssignmentReachesItsSlotInItsProfileAndBecomesTheKeysText)
 {
-    TempDataFolder data;
-    G_Language = kLanguageEnglish;
-    auto bus = std::make_shared<VirtualBus>();
-    auto keyboard = std::make_shared<VirtualKeyboard>(VirtualKeyboard::Model::M61);
-    MainController::Environment env;
-    env.hidManagerFactory = [bus] { return std::make_unique<VirtualHidManager>(bus); };
-    MainController controller(env);
-    controller.viewDidLoad();
-    controller.show();
-    bus->plug(keyboard);
-    ASSERT_TRUE(waitUntil([&] { return controller.currentTransport() && !controller.hidcomm_busy(); }));
+    VirtualSession session;
+    MainController& controller = *session.controller;
+    const auto& keyboard = session.keyboard;
+    ASSERT_TRUE(session.connected());
 
     // Escape (code 41, slot 1) plays Mute in profile 3; a code the 61-key
     // model lacks (F1, 58) is stored too and must not land anywhere.
