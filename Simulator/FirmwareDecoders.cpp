@@ -13,6 +13,12 @@ const ProfileState& KeyboardState::profile(int number) const
     return profiles[static_cast<std::size_t>(number - 1)];
 }
 
+KeyEntry KeyboardState::keyAt(int number, int slot) const
+{
+    const std::vector<KeyEntry>& keys = profile(number).keys;
+    return slot >= 0 && std::size_t(slot) < keys.size() ? keys[std::size_t(slot)] : KeyEntry{};
+}
+
 namespace FirmwareDecoders {
 
 void decodeBlock(Command header, uint8_t target, const FirmwareBlock& block, KeyboardState& state)

@@ -55,6 +55,11 @@ struct KeyboardState {
 
     // Profile 1..5; anything else gives an empty profile.
     const ProfileState& profile(int number) const;
+    // What a key (by its slot) does in a profile: all zero, the keyboard's
+    // own function, also before that profile's table arrived.
+    KeyEntry keyAt(int profile, int slot) const;
+    // The locks a profile has; none before its settings arrived.
+    LockSettings locksOf(int profile) const { return this->profile(profile).locks; }
 };
 
 namespace FirmwareDecoders {

@@ -22,6 +22,7 @@
 
 #include <QLabel>
 #include <QList>
+#include <QPointer>
 #include <QTimer>
 #include <QVariantMap>
 #include <QWidget>
@@ -43,6 +44,9 @@ class ImageTitleButton;
 class KeyboardView;
 struct KeyboardModelLayout;
 class LanguagePopoverViewController;
+class MenuPopoverViewController;
+class PofilePopoverViewController;
+class QMessageBox;
 class LightTableItemView;
 class LocalSQLite;
 struct ProfileKey;
@@ -218,6 +222,24 @@ public:
     void setKeyMacroData(int profile);
     // The keys of the picture show the assignments of `currentProfile`.
     void loadKeyMacro();
+
+    // ---- Profile menus and resets (MainControllerMenus, MainControllerReset)
+    void initMenuButtons();  // imgbtn_profile and imgbtn_menu
+    void action_switchprofile();  // needs a keyboard
+    void action_menu();           // needs a keyboard
+    void closePopovers();         // profile, language and main menu
+    // The window-modal question before a reset (menu id 1002 or 1003);
+    // only its "OK" resets.
+    void askToReset(int msgId);
+    void resetCurrent();
+    void resetAllData();
+    void importKeyProfile();
+    void exportKeyProfile();
+    QAbstractButton* imgbtn_profile = nullptr;
+    QAbstractButton* imgbtn_menu = nullptr;
+    PofilePopoverViewController* profilePopover = nullptr;  // made on first use
+    MenuPopoverViewController* menuPopover = nullptr;       // made on first use
+    QPointer<QMessageBox> resetAlert;                        // the question on show
 
     // ---- Custom key (MainControllerKeyFunc) ---------------------------------
     // "CustomKeyFuncMsg" from the capture dialog: assigns the captured key

@@ -55,5 +55,4 @@ void MainController::loadKeyMacro()
         if (const auto pos = picturePosition(row.keyValue, int(keys.size())))
             keys[std::size_t(*pos)].keyMacro = row.macroDesc;
     }
-    orvane_keyboardctrl->update();
 }

@@ -1,8 +1,11 @@
 // The active profile: the poll of the keyboard and the switch of profile.
 #include "View/MainController.h"
 
+#include "Language/Language.h"
 #include "Protocol/UploadSequences.h"
 #include "SQLite/DeviceSQLite.h"
+
+#include <QAbstractButton>
 
 void MainController::getKeyboardProfile()
 {
@@ -65,7 +68,13 @@ void MainController::swicthProfile(int profileId)
         return;
     if (deviceDB)
         deviceDB->updateConfigData(1, QStringLiteral("currentProfile"), QString::number(profileId));
+    // A number with no name (outside 1 to 5) leaves the label as it was.
+    if (const int textId = profileTextId(profileId); textId && imgbtn_profile)
+        imgbtn_profile->setText(languageText(textId));
     currentProfile = profileId;
     loadBacklightData();
+    // The keyboard holds every profile's key table already: only the picture
+    // follows.
+    loadKeyMacro();
     loadSystemSetData();
 }

@@ -4,12 +4,17 @@
 
 #include "Common/Globals.h"
 #include "SQLite/LocalSQLite.h"
-#include "View/popover/LanguagePopoverViewController.h"
 
 #include <QDateTime>
 
 namespace {
 constexpr qint64 kMenuDebounceMs = 1000;
+constexpr int kMenuFirstProfile = 1;
+constexpr int kMenuLastProfile = 4;
+constexpr int kMenuExportProfile = 1000;
+constexpr int kMenuImportProfile = 1001;
+constexpr int kMenuResetCurrent = 1002;
+constexpr int kMenuResetAll = 1003;
 constexpr int kMenuSwitchToChinese = 1004;
 constexpr int kMenuSwitchToEnglish = 1005;
 }  // namespace
@@ -17,11 +22,12 @@ constexpr int kMenuSwitchToEnglish = 1005;
 void MainController::MenuItemMouseUpAction(const QVariant& object)
 {
     const int menuid = object.toMap().value(QStringLiteral("menuid")).toInt();
-    if (menuid >= 1000 && menuid <= 1005)
+    if (menuid >= kMenuFirstProfile && menuid <= kMenuLastProfile)
+        pickProfile(menuid);
+    else if (menuid >= kMenuExportProfile && menuid <= kMenuSwitchToEnglish)
         SystemMenuMsg(menuid);
     // Whatever was chosen, the menus close.
-    if (languagePopover)
-        languagePopover->hide();
+    closePopovers();
 }
 
 void MainController::SystemMenuMsg(int msgId)
@@ -39,8 +45,22 @@ void MainController::SystemMenuMsg(int msgId)
     case kMenuSwitchToEnglish:
         switchLanguage(kLanguageEnglish);
         break;
+    case kMenuExportProfile:
+        exportKeyProfile();
+        break;
+    case kMenuImportProfile:
+        importKeyProfile();
+        break;
+    case kMenuResetCurrent:
+    case kMenuResetAll:
+        askToReset(msgId);
+        break;
     default:
-        // The profile file and reset commands (1000 to 1003) have no menu yet.
         break;
     }
 }
+
+// The profile files come with the exchange files; until then the menu's
+// entries are shown and do nothing.
+void MainController::exportKeyProfile() {}
+void MainController::importKeyProfile() {}

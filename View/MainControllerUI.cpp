@@ -49,6 +49,8 @@ void MainController::InitUI()
     initLanguageButton();
     initLightPage();
     initSystemPage();
+    // Profile and main menu buttons.
+    initMenuButtons();
     initLightTableData();
     action_ligjhtmode_tab();
     viewType = 2;

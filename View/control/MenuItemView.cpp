@@ -94,3 +94,60 @@ void LanguageMenuIconItem::mouseReleaseEvent(QMouseEvent* event)
     NotificationCenter::defaultCenter().post(QStringLiteral("MenuItemMouseUpAction"),
                                              QVariantMap{{QStringLiteral("menuid"), menuid}});
 }
+
+MenuItem::MenuItem(QWidget* parent) : QAbstractButton(parent)
+{
+    setCursor(Qt::PointingHandCursor);
+}
+
+void MenuItem::initTextAndMenuID(const QString& title, int menuID)
+{
+    curMenuID = menuID;
+    if (textView)
+        return;
+    setAttribute(Qt::WA_Hover);
+    setMouseTracking(true);
+    textView = new QLabel(title, this);
+    textView->setAlignment(Qt::AlignCenter);
+    textView->setAttribute(Qt::WA_TransparentForMouseEvents);
+    textView->setGeometry(flippedRect(height(), 6, 12, width() - 12, 16));
+    Theme::setTextColor(textView, Theme::normalText());
+}
+
+void MenuItem::enterEvent(QEnterEvent* event)
+{
+    cur_normal_name = QStringLiteral("menu_row_hover");
+    Theme::setTextColor(textView, Qt::white);
+    update();
+    if (sendMouseEntered)
+        NotificationCenter::defaultCenter().post(QStringLiteral("MenuItemEnteredAction"),
+                                                 QVariantMap{{QStringLiteral("menuid"), curMenuID}});
+    QAbstractButton::enterEvent(event);
+}
+
+void MenuItem::leaveEvent(QEvent* event)
+{
+    cur_normal_name.clear();
+    Theme::setTextColor(textView, Theme::normalText());
+    update();
+    QAbstractButton::leaveEvent(event);
+}
+
+void MenuItem::mousePressEvent(QMouseEvent* event)
+{
+    // The action comes on release.
+    event->accept();
+}
+
+void MenuItem::mouseReleaseEvent(QMouseEvent* event)
+{
+    event->accept();
+    NotificationCenter::defaultCenter().post(QStringLiteral("MenuItemMouseUpAction"),
+                                             QVariantMap{{QStringLiteral("menuid"), curMenuID}});
+}
+
+void MenuItem::paintEvent(QPaintEvent*)
+{
+    QPainter painter(this);
+    NamedImage::paintFill(painter, *this, cur_normal_name);
+}

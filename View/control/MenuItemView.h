@@ -52,3 +52,30 @@ protected:
     void mousePressEvent(QMouseEvent* event) override;
     void mouseReleaseEvent(QMouseEvent* event) override;
 };
+
+// A text-only menu row with a menu id (the profile menu). A click (on
+// release) posts "MenuItemMouseUpAction" with "menuid" = `curMenuID`; with
+// `sendMouseEntered` set, entering the row posts "MenuItemEnteredAction"
+// with the same object.
+class MenuItem : public QAbstractButton {
+    Q_OBJECT
+public:
+    explicit MenuItem(QWidget* parent = nullptr);
+
+    // Stores the id. The text view is made and given `title` on the first
+    // call only: later calls change the id, and callers change the text
+    // through `textView`.
+    void initTextAndMenuID(const QString& title, int menuID);
+
+    int curMenuID = 0;
+    QLabel* textView = nullptr;
+    bool sendMouseEntered = false;
+    QString cur_normal_name;  // "menu_row_hover" under the pointer, else empty
+
+protected:
+    void enterEvent(QEnterEvent* event) override;
+    void leaveEvent(QEvent* event) override;
+    void mousePressEvent(QMouseEvent* event) override;
+    void mouseReleaseEvent(QMouseEvent* event) override;
+    void paintEvent(QPaintEvent* event) override;
+};

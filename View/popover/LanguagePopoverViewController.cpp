@@ -1,19 +1,11 @@
 #include "View/popover/LanguagePopoverViewController.h"
 
 #include "View/control/MenuItemView.h"
-#include "View/control/Theme.h"
-
-#include <QPainter>
-
-namespace {
-constexpr int kPadding = 6;
-}
 
 LanguagePopoverViewController::LanguagePopoverViewController(QWidget* parent)
-    : QWidget(parent, Qt::Popup | Qt::FramelessWindowHint | Qt::NoDropShadowWindowHint)
+    : PopoverPanel(parent)
 {
     setObjectName(QStringLiteral("languagePopover"));
-    setAttribute(Qt::WA_TranslucentBackground);
     setFixedSize(kWidth, 2 * kRowHeight + 2 * kPadding);
     viewDidLoad();
 }
@@ -32,20 +24,4 @@ void LanguagePopoverViewController::viewDidLoad()
     lan1033MenuItem->setObjectName(QStringLiteral("lan1033MenuItem"));
     lan1033MenuItem->setGeometry(kPadding, kPadding + kRowHeight, kWidth - 2 * kPadding, kRowHeight);
     lan1033MenuItem->initIconAndText(QStringLiteral("icon_lan_2052"), QString(), QStringLiteral("English"));
-}
-
-void LanguagePopoverViewController::showBelow(QWidget* anchor)
-{
-    const QPoint bottomRight = anchor->mapToGlobal(QPoint(anchor->width(), anchor->height() + 4));
-    move(bottomRight.x() - width(), bottomRight.y());
-    show();
-}
-
-void LanguagePopoverViewController::paintEvent(QPaintEvent*)
-{
-    QPainter painter(this);
-    painter.setRenderHint(QPainter::Antialiasing);
-    painter.setPen(Theme::panelBorder());
-    painter.setBrush(Theme::panel());
-    painter.drawRoundedRect(QRectF(rect()).adjusted(0.5, 0.5, -0.5, -0.5), 8, 8);
 }

@@ -3,11 +3,11 @@
 // row per language. A click on a row posts "MenuItemMouseUpAction" (1004
 // Chinese, 1005 English); the controller switches and closes the popup.
 
-#include <QWidget>
+#include "View/popover/PopoverPanel.h"
 
 class LanguageMenuIconItem;
 
-class LanguagePopoverViewController : public QWidget {
+class LanguagePopoverViewController : public PopoverPanel {
     Q_OBJECT
 public:
     static constexpr int kWidth = 160;
@@ -16,12 +16,7 @@ public:
     explicit LanguagePopoverViewController(QWidget* parent = nullptr);
 
     void viewDidLoad();
-    // Shows the popup below `anchor`, its right edge on the anchor's.
-    void showBelow(QWidget* anchor);
 
     LanguageMenuIconItem* lan2052MenuItem = nullptr;
     LanguageMenuIconItem* lan1033MenuItem = nullptr;
-
-protected:
-    void paintEvent(QPaintEvent* event) override;
 };

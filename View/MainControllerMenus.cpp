@@ -1,0 +1,95 @@
+// The profile button and the main menu button with their popovers, and the
+// confirmation asked before a reset.
+#include "View/MainController.h"
+
+#include "Language/Language.h"
+#include "View/control/FlippedRect.h"
+#include "View/popover/LanguagePopoverViewController.h"
+#include "View/popover/MenuPopoverViewController.h"
+#include "View/popover/PofilePopoverViewController.h"
+
+#include <QMessageBox>
+#include <QPushButton>
+
+namespace {
+constexpr int kMenuResetCurrent = 1002;
+}  // namespace
+
+void MainController::initMenuButtons()
+{
+    // Plain buttons in the title row, left of the language button, until the
+    // image buttons of the title row replace them.
+    imgbtn_profile = new QPushButton(languageText(profileTextId(currentProfile)), this);
+    imgbtn_profile->setObjectName(QStringLiteral("imgbtn_profile"));
+    imgbtn_profile->setGeometry(flippedRect(kWindowHeight, 770, 680, 150, 32));
+    connect(imgbtn_profile, &QAbstractButton::clicked, this, &MainController::action_switchprofile);
+
+    imgbtn_menu = new QPushButton(QStringLiteral("\u2630"), this);
+    imgbtn_menu->setObjectName(QStringLiteral("imgbtn_menu"));
+    imgbtn_menu->setGeometry(flippedRect(kWindowHeight, 932, 680, 40, 32));
+    connect(imgbtn_menu, &QAbstractButton::clicked, this, &MainController::action_menu);
+
+    // The panel look of the pages, the hover blue under the pointer.
+    const QString look = QStringLiteral(
+        "QPushButton { background: #ffffff; color: #0d0d0d; border: 1px solid #e3e6ea; border-radius: 6px; }"
+        "QPushButton:hover { background: #39a5ff; color: #ffffff; border-color: #39a5ff; }");
+    imgbtn_profile->setStyleSheet(look);
+    imgbtn_menu->setStyleSheet(look);
+}
+
+void MainController::action_switchprofile()
+{
+    // The menus that change the keyboard open only while one is connected.
+    if (!deviceState)
+        return;
+    if (!profilePopover)
+        profilePopover = new PofilePopoverViewController(this);
+    profilePopover->showBelow(imgbtn_profile, true);
+}
+
+void MainController::action_menu()
+{
+    if (!deviceState)
+        return;
+    if (!menuPopover)
+        menuPopover = new MenuPopoverViewController(this);
+    menuPopover->showBelow(imgbtn_menu);
+}
+
+void MainController::closePopovers()
+{
+    for (QWidget* popover : std::initializer_list<QWidget*>{profilePopover, languagePopover, menuPopover})
+        if (popover)
+            popover->hide();
+}
+
+void MainController::askToReset(int msgId)
+{
+    const bool current = msgId == kMenuResetCurrent;
+    auto* alert = new QMessageBox(window());
+    alert->setObjectName(QStringLiteral("resetAlert"));
+    alert->setAttribute(Qt::WA_DeleteOnClose);
+    alert->setWindowModality(Qt::WindowModal);
+    alert->setIcon(QMessageBox::Warning);
+    alert->setText(languageText(current ? 28 : 29));
+    alert->setInformativeText(languageText(current ? 620 : 621));
+    // "Cancel" comes first and answers Return and Escape; only "OK" resets.
+    // Both take the same role, so that they stand in this order whatever
+    // order the desktop prefers.
+    QPushButton* cancel = alert->addButton(languageText(622), QMessageBox::ActionRole);
+    QPushButton* ok = alert->addButton(languageText(623), QMessageBox::ActionRole);
+    cancel->setObjectName(QStringLiteral("resetAlertCancel"));
+    ok->setObjectName(QStringLiteral("resetAlertOK"));
+    alert->setDefaultButton(cancel);
+    // The question stands out as a panel of its own, its heading in bold.
+    alert->setStyleSheet(QStringLiteral(
+        "QMessageBox { background: #ffffff; border: 1px solid #e3e6ea; }"
+        "QLabel#qt_msgbox_label { font-weight: bold; }"
+        "QLabel#qt_msgbox_informativelabel { min-width: 220px; }"));
+    alert->setEscapeButton(cancel);
+    connect(ok, &QAbstractButton::clicked, this, [this, current] {
+        afterPollReply([this, current] { current ? resetCurrent() : resetAllData(); });
+    });
+    resetAlert = alert;
+    alert->open();
+}

@@ -1,0 +1,56 @@
+// The two resets: one profile back to its defaults, or the whole device
+// database wiped and seeded again; each brings the keyboard into step.
+#include "View/MainController.h"
+
+#include "Common/OutputLine.h"
+#include "SQLite/DeviceSQLite.h"
+#include "View/KeyboardLayout/KeyCodeMaps.h"
+
+namespace {
+// The profiles a full reset rewrites on the keyboard; the fifth, reached only
+// from the keyboard, keeps what it has.
+constexpr int kResetProfiles[] = {1, 2, 3, 4};
+}  // namespace
+
+void MainController::resetCurrent()
+{
+    OutputLine::print("resetCurrent ");
+    if (!deviceState)
+        return;
+    if (deviceDB) {
+        deviceDB->resetProfile(currentProfile);
+        deviceDB->updateConfigData(currentProfile, QStringLiteral("currentLightMode"), QStringLiteral("1"));
+    }
+    swicthProfile(currentProfile);
+    setKeyMacroData(currentProfile);
+    // The switch above has sent the settings already; they go out once more,
+    // as the keyboard has always received them after a reset.
+    setHFDSystemSetData(currentProfile);
+}
+
+void MainController::resetAllData()
+{
+    OutputLine::print("resetAllData ");
+    if (!deviceState)
+        return;
+    if (deviceDB)
+        deviceDB->dropTable();
+    initSQLite();
+    if (!deviceDB)
+        return;
+    fillFlagAndNormalKeys();
+    // The seeded profile; a store that cannot say which it is (a failed
+    // reseed) leaves the keyboard as it is rather than guess.
+    bool ok = false;
+    const int profile = deviceDB->getConfigData(1, QStringLiteral("currentProfile")).toInt(&ok);
+    if (!ok) {
+        qCWarning(lcOrvane) << "reset of all data: no stored profile after the reseed; nothing sent";
+        return;
+    }
+    swicthProfile(profile);
+    for (int p : kResetProfiles)
+        setKeyMacroData(p);
+    for (int p : kResetProfiles)
+        setHFDSystemSetData(p);
+    // The custom light slots are blanked last, once user light modes exist.
+}

@@ -1,0 +1,171 @@
+// Reset of all data on the virtual keyboard, with the transport's real
+// pauses: how long the reports take on the wire against the floor that the
+// pauses alone set, and the longest time the window's event loop went without
+// turning meanwhile (a frame at 60 Hz is 16 ms). The wipe and reseed of the
+// store is one transaction on the UI thread; its commit waits for the disk.
+//
+// Run: build/bench/reset_all_data [--benchmark_repetitions=N]
+#include "Common/DataPaths.h"
+#include "Common/Globals.h"
+#include "HIDDevice/Platform/Virtual/VirtualHidManager.h"
+#include "SQLite/DeviceSQLite.h"
+#include "Simulator/VirtualKeyboard.h"
+#include "View/MainController.h"
+
+#include <QApplication>
+#include <QDir>
+#include <QElapsedTimer>
+#include <QTemporaryDir>
+#include <QTimer>
+
+#include <benchmark/benchmark.h>
+
+#include <atomic>
+#include <thread>
+
+// Resources of a static library are registered from outside any namespace.
+static bool loadImages()
+{
+    Q_INIT_RESOURCE(resources);
+    return true;
+}
+
+namespace {
+
+using Clock = std::chrono::steady_clock;
+using std::chrono::duration;
+
+QApplication& application()
+{
+    static int argc = 1;
+    static char name[] = "reset_all_data";
+    static char* argv[] = {name, nullptr};
+    static QApplication app(argc, argv);
+    static const bool images = loadImages();
+    (void)images;
+    return app;
+}
+
+// Turns the event loop until `done` or 30 s have passed.
+bool spinUntil(const std::function<bool()>& done)
+{
+    const auto deadline = Clock::now() + std::chrono::seconds(30);
+    while (!done()) {
+        if (Clock::now() > deadline)
+            return false;
+        QApplication::processEvents(QEventLoop::AllEvents, 5);
+    }
+    return true;
+}
+
+// The longest gap between two turns of the event loop: a timer with no
+// interval fires once per turn.
+class StallWatch {
+public:
+    StallWatch()
+    {
+        QObject::connect(&tick_, &QTimer::timeout, [this] {
+            const auto now = Clock::now();
+            longest_ = std::max(longest_, now - last_);
+            last_ = now;
+        });
+    }
+    void start()
+    {
+        longest_ = {};
+        last_ = Clock::now();
+        tick_.start(0);
+    }
+    double stopMs()
+    {
+        tick_.stop();
+        return duration<double, std::milli>(longest_).count();
+    }
+
+private:
+    QTimer tick_;
+    Clock::time_point last_;
+    Clock::duration longest_{};
+};
+
+// Argument 0: the data folder in the system's temporary folder (a disk, as
+// the user's data folder is); 1: in memory (/dev/shm), which leaves out what
+// the disk's flushes cost.
+void BM_ResetAllData(benchmark::State& state)
+{
+    application();
+    const bool inMemory = state.range(0) == 1;
+    if (inMemory && !QDir(QStringLiteral("/dev/shm")).exists()) {
+        state.SkipWithError("no /dev/shm here");
+        return;
+    }
+    QTemporaryDir data((inMemory ? QStringLiteral("/dev/shm") : QDir::tempPath()) + QStringLiteral("/orvane-bench-XXXXXX"));
+    DataPaths::setDataFolderOverride(data.path());
+    G_Language = kLanguageEnglish;
+
+    // Real pauses, summed: their total is the floor of the wire time.
+    std::atomic<long long> pausedUs = 0;
+    auto bus = std::make_shared<VirtualBus>();
+    auto keyboard = std::make_shared<VirtualKeyboard>(VirtualKeyboard::Model::M61);
+    MainController::Environment env;
+    env.hidManagerFactory = [bus] { return std::make_unique<VirtualHidManager>(bus); };
+    env.transportSleeper = [&pausedUs](std::chrono::milliseconds ms) {
+        pausedUs += std::chrono::duration_cast<std::chrono::microseconds>(ms).count();
+        std::this_thread::sleep_for(ms);
+    };
+    MainController controller(env);
+    controller.viewDidLoad();
+    controller.show();
+    bus->plug(keyboard);
+    if (!spinUntil([&] { return controller.currentTransport() && !controller.hidcomm_busy(); })) {
+        state.SkipWithError("the virtual keyboard did not connect");
+        return;
+    }
+
+    // The same loop for a second with nothing to do: what the machine alone
+    // costs the loop (other processes, the scheduler).
+    StallWatch watch;
+    watch.start();
+    const auto idleEnd = Clock::now() + std::chrono::seconds(1);
+    spinUntil([&] { return Clock::now() > idleEnd; });
+    state.counters["idle_longest_stall_ms"] = watch.stopMs();
+
+    double wireMs = 0, floorMs = 0, stallMs = 0, callMs = 0;
+    for (auto _ : state) {
+        // Something to reset in every profile.
+        for (int p = 1; p <= 4; ++p)
+            controller.deviceDB->addKeyProfile({.profId = p, .keyValue = 41, .macroType = 16, .macroValue = 1});
+        pausedUs = 0;
+        watch.start();
+        const auto start = Clock::now();
+        Clock::time_point returned;
+        // Run from the event loop, as a click on "OK" runs it.
+        QTimer::singleShot(0, &controller, [&] {
+            controller.resetAllData();
+            returned = Clock::now();
+        });
+        const bool finished = spinUntil([&] { return returned != Clock::time_point{} && !controller.hidcomm_busy(); });
+        const auto end = Clock::now();
+        stallMs = std::max(stallMs, watch.stopMs());
+        if (!finished) {
+            state.SkipWithError("the reset did not finish");
+            return;
+        }
+        wireMs += duration<double, std::milli>(end - start).count();
+        callMs += duration<double, std::milli>(returned - start).count();
+        floorMs += double(pausedUs) / 1000.0;
+    }
+    const double n = double(state.iterations());
+    state.counters["wire_ms"] = wireMs / n;
+    state.counters["sleep_floor_ms"] = floorMs / n;
+    state.counters["ui_call_ms"] = callMs / n;
+    state.counters["ui_longest_stall_ms"] = stallMs;
+    state.counters["protocol_errors"] = double(keyboard->protocolErrors().size());
+    DataPaths::setDataFolderOverride({});
+}
+
+}  // namespace
+
+BENCHMARK(BM_ResetAllData)->ArgName("in_memory")->Arg(0)->Arg(1)->Iterations(5)->Unit(benchmark::kMillisecond)->UseRealTime();
+
+BENCHMARK_MAIN();
