@@ -19,6 +19,49 @@ KeyEntry KeyboardState::keyAt(int number, int slot) const
     return slot >= 0 && std::size_t(slot) < keys.size() ? keys[std::size_t(slot)] : KeyEntry{};
 }
 
+StoredMacro KeyboardState::macro(int place) const
+{
+    if (place < 0 || std::size_t(place) >= macros.size())
+        return {};
+    return macros[std::size_t(place)];
+}
+
+namespace {
+
+constexpr std::size_t kMacroPlaces = 100;
+
+bool knownStepKind(uint8_t kind)
+{
+    using K = MacroStoreStep::Kind;
+    for (K k : {K::Delay, K::KeyDown, K::KeyUp, K::MouseDown, K::MouseUp})
+        if (kind == static_cast<uint8_t>(k))
+            return true;
+    return false;
+}
+
+// The body at `offset`: a 2-byte step count, 6 spare bytes, then the steps.
+StoredMacro macroBody(const FirmwareBlock& block, std::size_t offset)
+{
+    StoredMacro macro{true, false, {}};
+    if (offset < 4 * kMacroPlaces || offset + 8 > block.size())
+        return macro;
+    const std::size_t count = block[offset] | (block[offset + 1] << 8);
+    if (offset + 8 + 4 * count > block.size())
+        return macro;
+    for (std::size_t i = 0; i < count; ++i) {
+        const uint8_t* step = block.data() + offset + 8 + 4 * i;
+        if (!knownStepKind(step[3]))
+            return macro;
+        const auto kind = static_cast<MacroStoreStep::Kind>(step[3]);
+        const int value = kind == MacroStoreStep::Kind::Delay ? step[0] | (step[1] << 8) : step[2];
+        macro.steps.push_back({kind, value});
+    }
+    macro.valid = true;
+    return macro;
+}
+
+}  // namespace
+
 namespace FirmwareDecoders {
 
 void decodeBlock(Command header, uint8_t target, const FirmwareBlock& block, KeyboardState& state)
@@ -71,10 +114,21 @@ void userLight(uint8_t target, const FirmwareBlock& block, KeyboardState& state)
     state.userLightSlots[target - Protocol::kUserLightTargetBase] = block;
 }
 
-// Macro store, n reports ending in the marker.
+// Macro store, n reports ending in the marker:
+//   byte:  0..399                 400..               64n-2  64n-1
+//         [directory, 4 a place] [bodies ...] [00 ...] [AA]   [55]
+// entry: offset lo, hi, 0, 0 / FF FF FF FF empty macro / 0 0 0 0 none.
 void macroStore(uint8_t, const FirmwareBlock& block, KeyboardState& state)
 {
     state.macroStore = block;
+    state.macros.assign(kMacroPlaces, {});
+    for (std::size_t place = 0; place < kMacroPlaces && 4 * place + 3 < block.size(); ++place) {
+        const uint8_t* e = block.data() + 4 * place;
+        if (e[0] == 0xFF && e[1] == 0xFF && e[2] == 0xFF && e[3] == 0xFF)
+            state.macros[place] = {true, true, {}};
+        else if (e[0] | e[1] | e[2] | e[3])
+            state.macros[place] = macroBody(block, std::size_t(e[0] | (e[1] << 8)));
+    }
 }
 
 }  // namespace FirmwareDecoders

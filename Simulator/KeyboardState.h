@@ -34,6 +34,24 @@ struct LockSettings {
     friend bool operator==(const LockSettings&, const LockSettings&) = default;
 };
 
+// One step of a stored macro, as the keyboard plays it.
+struct MacroStoreStep {
+    enum class Kind : uint8_t { Delay = 0x50, KeyDown = 0xB0, KeyUp = 0x30, MouseDown = 0x90, MouseUp = 0x10 };
+    Kind kind = Kind::Delay;
+    int value = 0;  // milliseconds, key code or mouse button bit
+    friend bool operator==(const MacroStoreStep&, const MacroStoreStep&) = default;
+};
+
+// A macro of the store by its place: absent (no entry), empty (an entry
+// without a body) or its steps. `valid` is false when the store's bytes do
+// not make sense for this place (a body outside the block, an unknown step).
+struct StoredMacro {
+    bool present = false;
+    bool valid = true;
+    std::vector<MacroStoreStep> steps;
+    friend bool operator==(const StoredMacro&, const StoredMacro&) = default;
+};
+
 struct ProfileState {
     // The blocks as they arrived; empty until a complete one did.
     FirmwareBlock lightMode;       // the whole 64-byte report
@@ -51,6 +69,7 @@ struct KeyboardState {
     std::array<ProfileState, Protocol::kLastProfile> profiles;
     std::map<int, FirmwareBlock> userLightSlots;  // slot 1..6: 576 bytes of colours
     FirmwareBlock macroStore;                     // n * 64 bytes
+    std::vector<StoredMacro> macros;              // by place, 100 once a store arrived
     int activeProfile = Protocol::kFirstProfile;
 
     // Profile 1..5; anything else gives an empty profile.
@@ -60,6 +79,9 @@ struct KeyboardState {
     KeyEntry keyAt(int profile, int slot) const;
     // The locks a profile has; none before its settings arrived.
     LockSettings locksOf(int profile) const { return this->profile(profile).locks; }
+
+    // The macro at `place` (from 0); absent for a place the store lacks.
+    StoredMacro macro(int place) const;
 };
 
 namespace FirmwareDecoders {

@@ -97,4 +97,5 @@ void MainController::LanguageSwicth()
     if (customlight_mode_tab)
         customlight_mode_tab->setTitleTextColor(Qt::black);
     initLightTableData();
+    setMacroPageTexts();
 }

@@ -13,7 +13,8 @@
 // LanguageSwitch (texts and the language menu), MainControllerSystem (menu
 // commands), MainControllerLight (the built-in light effects),
 // MainControllerSystemPage (the key locks), MainControllerKeyTable (the
-// key table of a profile), MainControllerKeyFunc (writing an assignment).
+// key table of a profile), MainControllerKeyFunc (writing an assignment),
+// MainControllerMacro (the macro page and the macro store).
 
 #include "HIDDevice/DeviceComm.h"
 #include "HIDDevice/HIDDevice.h"
@@ -49,6 +50,8 @@ class PofilePopoverViewController;
 class QMessageBox;
 class LightTableItemView;
 class LocalSQLite;
+class IconButton;
+class MacroWindowController;
 struct ProfileKey;
 class QListWidget;
 struct StoreHealth;
@@ -241,14 +244,37 @@ public:
     MenuPopoverViewController* menuPopover = nullptr;       // made on first use
     QPointer<QMessageBox> resetAlert;                        // the question on show
 
+    // ---- Macro page and macro store (MainControllerMacro) -------------------
+    void initMacroPage();  // builds macro_view, hidden until its page is chosen
+    void setMacroPageTexts();
+    void registerMacroNotifications();
+    void loadMacroData();
+    void UpdateMacroInfo();
+    void MacroTableViewButton(const QVariant& object);    // "type" 1 delete, 2 edit; "index"
+    void SubMenuItemMacroAction(const QVariant& object);  // "type" 1 opens the window; "macroid"
+    void MacroFunctionAction(const QVariant& object);     // the macro id: binds it to currentKeyValue
+    void action_macro_newmacro();
+    // The one write path of every key assignment (MainControllerKeyFunc):
+    // stores `keydata` for currentKeyValue in the profile in use, shows it on
+    // the key and uploads the profile's key table.
+    void addCustomKey(ProfileKey& keydata);
+    // Sends the whole store; refuses, with a note in the window, a library
+    // that would not fit the keyboard.
+    void SaveMacroToKeyboard();
+    // Takes back the message of `topic`, so a newer one can be shown.
+    void withdrawProblem(const QString& topic);
+    QWidget* macro_view = nullptr;
+    QLabel* label_macro_caption = nullptr;
+    IconButton* btn_macro_newmacro = nullptr;
+    QListWidget* macro_table = nullptr;   // identifier "macrotable"
+    QList<QVariantMap> macro_datas;       // "macroid", "text"
+    QPointer<MacroWindowController> macroWindow;
+
     // ---- Custom key (MainControllerKeyFunc) ---------------------------------
     // "CustomKeyFuncMsg" from the capture dialog: assigns the captured key
-    // ("keyvalue" 0: the key's own function) and closes the menus.
+    // ("keyvalue" 0: the key's own function) through addCustomKey and closes
+    // the menus.
     void CustomKeyFuncMsg(const QVariant& object);
-    // The one write path of every assignment: stores `keydata` for
-    // `currentKeyValue` in `currentProfile`, shows it on the key and sends
-    // the profile's key table.
-    void addCustomKey(ProfileKey& keydata);
 
 protected:
     void showEvent(QShowEvent* event) override;
@@ -297,4 +323,10 @@ private:
     void layoutProblems();
     std::uint64_t menuItemObserver_ = 0;  // "MenuItemMouseUpAction", added once
     std::uint64_t customKeyObserver_ = 0;  // "CustomKeyFuncMsg", added once
+
+    // Macro page
+    void reloadMacroTable();
+    void showMacroWindow(int64_t macroId);
+    void showMacroStoreNote(const QString& message);
+    bool macroObserversAdded_ = false;
 };

@@ -7,6 +7,7 @@
 #include "Protocol/Command.h"
 #include "SQLite/DeviceSQLite.h"
 #include "View/KeyboardLayout/KeyCodeMaps.h"
+#include "View/MacroWindowController.h"
 #include "View/control/ButtonView.h"
 
 #include <algorithm>
@@ -92,9 +93,13 @@ void MainController::ConnectDevice()
         return;
     setCurrentDevice(session_->deviceType);
     fillFlagAndNormalKeys();
+    // The macro window works on the database that initSQLite replaces.
+    if (macroWindow)
+        macroWindow->close();
     initSQLite();
     if (!currentTransport() || !deviceDB)
         return;
+    loadMacroData();
     // The stored profile wins at connection; the poll follows the keyboard
     // afterwards. A seeded database always holds a number here.
     bool ok = false;

@@ -38,6 +38,7 @@ void MainController::resetAllData()
     initSQLite();
     if (!deviceDB)
         return;
+    loadMacroData();
     fillFlagAndNormalKeys();
     // The seeded profile; a store that cannot say which it is (a failed
     // reseed) leaves the keyboard as it is rather than guess.

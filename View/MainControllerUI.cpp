@@ -55,6 +55,9 @@ void MainController::InitUI()
     action_ligjhtmode_tab();
     viewType = 2;
     sysset_view->setVisible(viewType == 3);
+    // Macro page
+    initMacroPage();
+    macro_view->setVisible(viewType == 1);
     LanguageSwicth();
 }
 
@@ -76,6 +79,7 @@ void MainController::registerNotification()
     if (!customKeyObserver_)
         customKeyObserver_ = NotificationCenter::defaultCenter().addObserver(
             QStringLiteral("CustomKeyFuncMsg"), [this](const QVariant& o) { CustomKeyFuncMsg(o); }, this);
+    registerMacroNotifications();
 }
 
 void MainController::showProblem(const QString& message, const QString& topic)
@@ -99,4 +103,16 @@ void MainController::layoutProblems()
     label_problem->setGeometry(flippedRect(kWindowHeight, 24, 16, w, h));
     label_problem->show();
     label_problem->raise();
+}
+
+void MainController::withdrawProblem(const QString& topic)
+{
+    const qsizetype at = problemTopics_.indexOf(topic);
+    if (at < 0)
+        return;
+    problemTopics_.removeAt(at);
+    problems_.removeAt(at);
+    if (problems_.isEmpty() && label_problem)
+        label_problem->hide();
+    layoutProblems();
 }

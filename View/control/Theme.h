@@ -10,6 +10,8 @@ namespace Theme {
 inline QColor normalText() { return QColor::fromRgbF(0.05f, 0.05f, 0.05f); }
 // The light list's effect names, a touch darker.
 inline QColor lightRowText() { return QColor::fromRgbF(0.02f, 0.02f, 0.02f); }
+// Captions of controls that cannot be used at the moment.
+inline QColor disabledText() { return QColor::fromRgbF(0.6f, 0.6f, 0.6f); }
 inline QColor hoverBlue() { return QColor::fromRgbF(0.2235294117647059f, 0.6470588235294118f, 1.0f); }
 inline QColor recordBlue() { return QColor::fromRgbF(0.00392156862745098f, 0.5882352941176471f, 1.0f); }
 inline QColor panel() { return QColor(0xff, 0xff, 0xff); }

@@ -1,0 +1,18 @@
+#pragma once
+// Texts of our own that the numbered tables do not hold (notes, units,
+// hints), in English and in Chinese, chosen by the language in force at each
+// call like languageText().
+
+#include <QString>
+
+enum class AppText {
+    MacroNamePlaceholder,
+    MillisecondsUnit,
+    MacroRecordingHint,
+    MacroSaveFailed,
+    MacroStoreTooManyMacros,  // %1 macros in the library, %2 the limit, %3 over
+    MacroStoreTooLong,        // %1 bytes needed, %2 the limit, %3 over
+    MacroStoreTooManySteps,   // %1 bytes counted, %2 the limit, %3 over
+};
+
+QString appText(AppText id);

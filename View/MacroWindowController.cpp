@@ -1,0 +1,54 @@
+#include "View/MacroWindowController.h"
+
+#include "Language/Language.h"
+#include "View/MacroController.h"
+
+#include <QMouseEvent>
+#include <QVBoxLayout>
+
+MacroWindowController::MacroWindowController(QWidget* parent) : QWidget(parent, Qt::Dialog)
+{
+    setObjectName(QStringLiteral("MacroWindowController"));
+    setAttribute(Qt::WA_DeleteOnClose);
+    setWindowModality(Qt::WindowModal);
+    setAttribute(Qt::WA_StyledBackground);
+    setStyleSheet(QStringLiteral("#MacroWindowController { background: #ffffff; }"));
+    auto* layout = new QVBoxLayout(this);
+    layout->setContentsMargins(0, 0, 0, 0);
+    controller_ = new MaroController(this);
+    layout->addWidget(controller_);
+    controller_->installEventFilter(this);
+    windowDidLoad();
+}
+
+void MacroWindowController::windowDidLoad()
+{
+    setWindowTitle(languageText(550));  // "Macro"
+    setFixedSize(MaroController::kWidth, MaroController::kHeight);
+    if (QWidget* owner = parentWidget()) {
+        const QRect area = owner->window()->geometry();
+        move(area.center() - rect().center());
+    }
+}
+
+bool MacroWindowController::eventFilter(QObject* watched, QEvent* event)
+{
+    // The background moves the window; the content still sees every press,
+    // since a press on the window is also a recorded mouse step.
+    if (watched == controller_) {
+        auto* mouse = static_cast<QMouseEvent*>(event);
+        switch (event->type()) {
+        case QEvent::MouseButtonPress:
+            dragging_ = mouse->button() == Qt::LeftButton;
+            dragOffset_ = mouse->globalPosition().toPoint() - frameGeometry().topLeft();
+            break;
+        case QEvent::MouseMove:
+            if (dragging_ && (mouse->buttons() & Qt::LeftButton))
+                move(mouse->globalPosition().toPoint() - dragOffset_);
+            break;
+        case QEvent::MouseButtonRelease: dragging_ = false; break;
+        default: break;
+        }
+    }
+    return QWidget::eventFilter(watched, event);
+}

@@ -1,0 +1,26 @@
+#pragma once
+// The macro window: a dialog around MaroController, modal to the main
+// window, movable by its background and centred over its parent when it
+// opens. It closes itself for good: the next opening makes a new one.
+
+#include <QPoint>
+#include <QWidget>
+
+class MaroController;
+
+class MacroWindowController : public QWidget {
+    Q_OBJECT
+public:
+    explicit MacroWindowController(QWidget* parent);
+
+    void windowDidLoad();
+    MaroController* controller() const { return controller_; }
+
+protected:
+    bool eventFilter(QObject* watched, QEvent* event) override;
+
+private:
+    MaroController* controller_ = nullptr;
+    QPoint dragOffset_;
+    bool dragging_ = false;
+};
