@@ -129,6 +129,7 @@ void AppDelegate::checkPrivilege()
     if (!enabled)
         return;
     OutputLine::print("有权限,开启键盘事件监控");
+    controller_->withdrawProblem(QStringLiteral("input-capture"));
     privilegeTimer_->stop();
     privilegeTimer_->deleteLater();
 }

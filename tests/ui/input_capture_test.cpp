@@ -108,6 +108,7 @@ TEST(InputCapture, WithoutReadableInputDevicesTheWindowNamesTheGroupAndQuitOrClo
     access = {InputDeviceAccess::State::Readable, {}};
     app.checkPrivilege();
     EXPECT_FALSE(timer->isActive());
+    EXPECT_FALSE(app.controller()->label_problem->isVisible()) << "the message goes once the devices may be read";
     EXPECT_EQ(capturedLines(), "createTable success\ninit: connect success\n"
                                "startPrivilegeMonitor\nACCESS_ENABLED false\nACCESS_ENABLED true\n有权限,开启键盘事件监控\n");
 
