@@ -45,3 +45,27 @@ struct RecordInfo {
 
     bool operator==(const RecordInfo&) const = default;
 };
+
+// ---- User light modes ("t_userlightdata", "t_keyrgbdata") -----------------
+// A user light mode: a named set of per-key colours. Speed and brightness are
+// stored as 10 and never changed.
+struct userLightData {
+    int64_t lightId = 0;
+    QString name;
+    int speed = 10;
+    int brightness = 10;
+
+    bool operator==(const userLightData&) const = default;
+};
+
+// One key's colour in one mode. A key without a row has no colour there, so
+// 0 (black) is never stored.
+struct RGBData {
+    int64_t rgbId = 0;    // row id; read back by a query, ignored by an insert
+    int64_t lightId = 0;  // the mode
+    int profile = 1;
+    int keyvalue = 0;     // the key, by its key code
+    int rgbvalue = 0;     // 0xRRGGBB
+
+    bool operator==(const RGBData&) const = default;
+};

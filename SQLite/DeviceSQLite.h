@@ -135,6 +135,25 @@ public:
     // names no macro).
     int64_t saveMacro(const MacroInfo& info, const std::vector<RecordInfo>& steps);
 
+    // ---- User light modes (DeviceLightSQLite.cpp) --------------------------
+    // Modes belong to the file, not to a profile. Queries append in row
+    // order and answer false on failure with the array left as it was.
+    bool queryUserLightList(std::vector<userLightData>& dataArray) const;
+    // The new mode's id (speed and brightness 10), 0 on failure.
+    int64_t addUserLight(const QString& name);
+    // The mode's row only: its colours stay under its id.
+    bool deleteUserLight(int64_t userLight);
+    bool modifyUserLightName(int64_t userLight, const QString& name);
+    bool queryKeyRGB(int profile, int64_t lightid, std::vector<RGBData>& dataArray) const;
+    // Sets or, with `rgbvalue` 0, clears one key's colour in a mode: deletes
+    // the key's row (of any profile) and inserts the new one, in one
+    // transaction, so a failure keeps the old colour. `keyvalue` 0 changes
+    // nothing.
+    void insertKeyRGB(const RGBData& data);
+    // insertKeyRGB for every entry, all in one transaction: a paint pass is
+    // stored whole or not at all. False when it was rolled back.
+    bool insertKeyRGBPass(const std::vector<RGBData>& pass);
+
     // Empty when opening failed.
     std::unique_ptr<SQLite::Database> db;
     mutable StoreHealth health;

@@ -52,6 +52,8 @@ Opening openInDatabaseFolder(const QString& fileName, bool moveOldAside);
 //   "device.reset.delete" after the key assignments of the profile are deleted
 //   "device.reset.KEY"    after KEY is set back while resetting a profile
 //   "device.wipe.commit", "device.reset.commit"  just before the commit
+//   "light.rgb.delete"    after a key's old colour row is deleted
+//   "light.pass.N"        after key N (from 1) of a paint pass is stored
 using FaultHook = std::function<void(std::string_view step)>;
 inline FaultHook faultHook;
 

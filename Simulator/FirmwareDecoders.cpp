@@ -108,10 +108,22 @@ void systemSettings(uint8_t profile, const FirmwareBlock& block, KeyboardState& 
     p.locks = {(lock & 0x01) != 0, (lock & 0x02) != 0, (lock & 0x04) != 0};
 }
 
-// User light colours, 576 bytes, for slot target - 128.
+// User light colours, 576 bytes, for slot target - 128; one cell per LED:
+//   byte:  4i    4i+1   4i+2    4i+3   ...  574   575
+//         [i]   [red]  [green] [blue]  ...  [AA]  [55]
 void userLight(uint8_t target, const FirmwareBlock& block, KeyboardState& state)
 {
-    state.userLightSlots[target - Protocol::kUserLightTargetBase] = block;
+    const int slot = target - Protocol::kUserLightTargetBase;
+    state.userLightSlots[slot] = block;
+    std::map<int, uint32_t>& leds = state.userLightLeds[slot];
+    leds.clear();
+    // The last cell carries the marker in its colour bytes.
+    for (std::size_t cell = 0; cell + 1 < block.size() / 4; ++cell) {
+        const uint8_t* c = &block[4 * cell];
+        if (c[0] == 0 && c[1] == 0 && c[2] == 0 && c[3] == 0)
+            continue;
+        leds[static_cast<int>(cell)] = (uint32_t(c[1]) << 16) | (uint32_t(c[2]) << 8) | c[3];
+    }
 }
 
 // Macro store, n reports ending in the marker:

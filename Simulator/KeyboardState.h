@@ -68,6 +68,9 @@ struct KeyboardState {
 
     std::array<ProfileState, Protocol::kLastProfile> profiles;
     std::map<int, FirmwareBlock> userLightSlots;  // slot 1..6: 576 bytes of colours
+    // Slot 1..6 decoded: LED number to 0xRRGGBB, for every cell that is
+    // not all zero (the marker's cell 143 aside).
+    std::map<int, std::map<int, uint32_t>> userLightLeds;
     FirmwareBlock macroStore;                     // n * 64 bytes
     std::vector<StoredMacro> macros;              // by place, 100 once a store arrived
     int activeProfile = Protocol::kFirstProfile;

@@ -14,13 +14,15 @@
 // commands), MainControllerLight (the built-in light effects),
 // MainControllerSystemPage (the key locks), MainControllerKeyTable (the
 // key table of a profile), MainControllerKeyFunc (writing an assignment),
-// MainControllerMacro (the macro page and the macro store).
+// MainControllerMacro (the macro page and the macro store),
+// MainControllerUserLight and MainControllerUserLightPaint (user light modes).
 
 #include "HIDDevice/DeviceComm.h"
 #include "HIDDevice/HIDDevice.h"
 #include "HIDDevice/HIDDeviceMonitor.h"
 #include "HIDDevice/TransportQueue.h"
 
+#include <QColor>
 #include <QLabel>
 #include <QList>
 #include <QPointer>
@@ -54,6 +56,8 @@ class IconButton;
 class MacroWindowController;
 struct ProfileKey;
 class QListWidget;
+class QColorDialog;
+class UserLightTableItemView;
 struct StoreHealth;
 
 class MainController : public QWidget {
@@ -269,6 +273,33 @@ public:
     QListWidget* macro_table = nullptr;   // identifier "macrotable"
     QList<QVariantMap> macro_datas;       // "macroid", "text"
     QPointer<MacroWindowController> macroWindow;
+    // ---- User light modes (MainControllerUserLight, MainControllerUserLightPaint)
+    // The list of the user light tab, painting the picture through the one
+    // shared colour dialog, and saving a mode to a custom slot.
+    void initUserLightPage();  // the list inside userlight_view
+    void registerUserLightNotifications();
+    void loadUserlightData();
+    void loadUserLightData(int64_t UserlightId);  // shows a mode on the picture
+    void addUserLight();
+    void UserLightTableMenuMsg(int msgId);  // 166 add; 167 to 171 save to slot 1 to 5
+    void UserLightTableViewMenu(const QVariant& object);
+    void UserLightTableViewButton(const QVariant& object);
+    void userLightSelectionDidChange();
+    UserLightTableItemView* userLightRowView(int row);  // made if needed
+    void appendUserLightRow();
+    void keyboardKeyAction(const QVariant& object);
+    void setUserLightRGB();
+    void changeUserLightColor(const QColor& color);
+    void closeColorPanel();
+    void setHFDUserLightData();
+    void setHFDUserLightModeData(int profile);
+    void resetUserLightData();
+    QList<QVariantMap> userlightmode_datas;  // "mode" (lightId), "text"
+    QListWidget* userlightmode_table = nullptr;  // identifier "userlightmode"
+    QColorDialog* colorPanel = nullptr;          // shared, made on first use
+    // Shows the light menu of the given type (2 on a row, 3 beside the rows)
+    // at the pointer; set by the light menu window.
+    std::function<void(int menuType)> showLightMenu;
 
     // ---- Custom key (MainControllerKeyFunc) ---------------------------------
     // "CustomKeyFuncMsg" from the capture dialog: assigns the captured key
@@ -329,4 +360,11 @@ private:
     void showMacroWindow(int64_t macroId);
     void showMacroStoreNote(const QString& message);
     bool macroObserversAdded_ = false;
+    // User light painting: the newest colour not yet stored, and whether a
+    // pass to store it is already due. Reports that come faster than the
+    // passes are merged into the newest one.
+    std::optional<QColor> pendingPaintColour_;
+    bool paintPassDue_ = false;
+    void runPaintPass();
+    bool userLightObserved_ = false;
 };

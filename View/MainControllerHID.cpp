@@ -97,6 +97,7 @@ void MainController::ConnectDevice()
     if (macroWindow)
         macroWindow->close();
     initSQLite();
+    loadUserlightData();
     if (!currentTransport() || !deviceDB)
         return;
     loadMacroData();

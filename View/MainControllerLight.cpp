@@ -63,6 +63,7 @@ void MainController::initLightPage()
         " border-bottom-left-radius: 10px; border-bottom-right-radius: 10px; }"));
     userlight_view->setGeometry(flippedRect(kWindowHeight, kPageX, kPageY, kPageWidth, kPageHeight - kTabRowHeight));
     userlight_view->hide();
+    initUserLightPage();
 }
 
 void MainController::initLightTableData()
@@ -173,6 +174,7 @@ void MainController::setHFDBackLightData(int /*profile*/)
 
 void MainController::action_ligjhtmode_tab()
 {
+    closeColorPanel();
     light_mode_scrollview->show();
     userlight_view->hide();
     light_mode_tab->setImageName(QStringLiteral("tab_light_check"));
@@ -182,6 +184,7 @@ void MainController::action_ligjhtmode_tab()
 
 void MainController::action_userlightmode_tab()
 {
+    closeColorPanel();
     userlight_view->show();
     userlight_view->raise();
     light_mode_scrollview->hide();

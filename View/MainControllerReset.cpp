@@ -39,6 +39,7 @@ void MainController::resetAllData()
     if (!deviceDB)
         return;
     loadMacroData();
+    loadUserlightData();
     fillFlagAndNormalKeys();
     // The seeded profile; a store that cannot say which it is (a failed
     // reseed) leaves the keyboard as it is rather than guess.
@@ -53,5 +54,5 @@ void MainController::resetAllData()
         setKeyMacroData(p);
     for (int p : kResetProfiles)
         setHFDSystemSetData(p);
-    // The custom light slots are blanked last, once user light modes exist.
+    resetUserLightData();
 }

@@ -26,6 +26,9 @@ void MainController::MenuItemMouseUpAction(const QVariant& object)
         pickProfile(menuid);
     else if (menuid >= kMenuExportProfile && menuid <= kMenuSwitchToEnglish)
         SystemMenuMsg(menuid);
+    // The light menu: add a user light mode (166), save to a slot (167 to 171).
+    if (menuid >= 166 && menuid <= 171)
+        UserLightTableMenuMsg(menuid);
     // Whatever was chosen, the menus close.
     closePopovers();
 }

@@ -80,6 +80,8 @@ void MainController::registerNotification()
         customKeyObserver_ = NotificationCenter::defaultCenter().addObserver(
             QStringLiteral("CustomKeyFuncMsg"), [this](const QVariant& o) { CustomKeyFuncMsg(o); }, this);
     registerMacroNotifications();
+    // User light modes: clicks on the picture, the list's menu and buttons.
+    registerUserLightNotifications();
 }
 
 void MainController::showProblem(const QString& message, const QString& topic)

@@ -57,6 +57,14 @@ public:
     // The colour every KeyView shows while it has no colour of its own.
     void setKeyBackgroundColor(const QColor& color);
 
+    // ---- Key colours (KeyboardViewColour.cpp) -----------------------------
+    // Gives `color` to every checked key and to the key clicked last, checked
+    // or not. Black takes a key's own colour off.
+    void setCheckItemColor(const QColor& color);
+    // Every key back to black (no colour of its own) and unchecked; hover and
+    // the last click stay.
+    void resetKeyColor();
+
     // The key under a point in view coordinates: the first of
     // kbKeyArraySelect whose rectangle holds it.
     std::optional<int> hitTest(const QPointF& point) const;

@@ -64,7 +64,7 @@ protected:
             const auto& d = r.data;
             if (r.t <= from || r.op != TraceRecord::Op::Set || dataLeft-- > 0)
                 continue;
-            if (d[1] == 0x11 || d[1] == 0x13 || d[1] == 0x17) {
+            if (d[1] == 0x11 || d[1] == 0x13 || d[1] == 0x17 || d[1] == 0x23) {
                 out.push_back(hexFromBytes({d[1]}) + ":" + std::to_string(d[2]));
                 dataLeft = d[8];
             }
@@ -100,7 +100,11 @@ TEST_F(ProfileSync, ResetAllClearsProfiles1To4OnTheKeyboardAndLeavesProfile5AndT
     settle();
     const FirmwareModel after = keyboard->firmware();
     EXPECT_EQ(uploads(mark), (std::vector<std::string>{"13:1", "17:1", "11:1", "11:2", "11:3", "11:4", "17:1", "17:2",
-                                                      "17:3", "17:4"}));
+                                                      "17:3", "17:4", "23:129", "23:130", "23:131", "23:132",
+                                                      "23:133", "23:134"}));
+    // The custom light slots end blank: no colour, the marker only.
+    for (int slot = 1; slot <= 6; ++slot)
+        EXPECT_EQ(block(after.userLight(slot)), kEmptyTable) << "slot " << slot;
     for (int p = 1; p <= 4; ++p) {
         EXPECT_EQ(block(after.keyTable(p)), kEmptyTable) << "profile " << p;
         EXPECT_EQ(block(after.systemSettings(p)), kNoLocks) << "profile " << p;

@@ -1,0 +1,136 @@
+// The user light modes of the device database ("t_userlightdata") and their
+// per-key colours ("t_keyrgbdata"). The only link between a mode and its
+// colours is the value of "lightId": deleting a mode keeps its colours, and
+// a mode added later under the same id finds them.
+
+#include "SQLite/DeviceSQLite.h"
+
+#include "SQLite/RecordStatements.h"
+#include "SQLite/StoreSupport.h"
+
+#include <SQLiteCpp/Statement.h>
+#include <SQLiteCpp/Transaction.h>
+
+#include <string>
+
+using RecordStatements::guarded;
+using RecordStatements::guardedWrite;
+
+namespace {
+
+constexpr int kModeSpeed = 10;
+constexpr int kModeBrightness = 10;
+
+// Deletes the key's row in the mode, whatever its profile, and inserts the
+// new colour unless it is 0. Runs inside the caller's transaction.
+void replaceKeyRGB(SQLite::Database& db, const RGBData& data)
+{
+    SQLite::Statement remove(db, R"(DELETE FROM "t_keyrgbdata" WHERE "lightId" = ? AND "keyvalue" = ?)");
+    remove.bind(1, data.lightId);
+    remove.bind(2, data.keyvalue);
+    remove.exec();
+    StoreSupport::reachStep("light.rgb.delete");
+    if (data.rgbvalue == 0)
+        return;  // no row is how a key loses its colour
+    SQLite::Statement insert(db, R"(INSERT INTO "t_keyrgbdata" ("lightId", "profId", "keyvalue", "rgbvalue")
+                                    VALUES (?, ?, ?, ?))");
+    insert.bind(1, data.lightId);
+    insert.bind(2, data.profile);
+    insert.bind(3, data.keyvalue);
+    insert.bind(4, data.rgbvalue);
+    insert.exec();
+}
+
+}  // namespace
+
+bool DeviceSQLite::queryUserLightList(std::vector<userLightData>& dataArray) const
+{
+    return guarded(db, "queryUserLightList", false, [&](SQLite::Database& connection) {
+        SQLite::Statement query(connection, R"(SELECT "userlightId", "lightName", "speed", "brightness"
+                                               FROM "t_userlightdata" ORDER BY "userlightId")");
+        // Collected apart: a failure half way leaves the caller's list whole.
+        std::vector<userLightData> rows;
+        while (query.executeStep())
+            rows.push_back({query.getColumn(0).getInt64(), QString::fromStdString(query.getColumn(1).getString()),
+                            query.getColumn(2).getInt(), query.getColumn(3).getInt()});
+        dataArray.insert(dataArray.end(), rows.begin(), rows.end());
+        return true;
+    });
+}
+
+int64_t DeviceSQLite::addUserLight(const QString& name)
+{
+    return guarded(db, "addUserLight", int64_t{0}, [&](SQLite::Database& connection) {
+        SQLite::Statement insert(connection, R"(INSERT INTO "t_userlightdata" ("lightName", "speed", "brightness")
+                                                VALUES (?, ?, ?))");
+        insert.bind(1, name.toStdString());
+        insert.bind(2, kModeSpeed);
+        insert.bind(3, kModeBrightness);
+        insert.exec();
+        return connection.getLastInsertRowid();
+    });
+}
+
+bool DeviceSQLite::deleteUserLight(int64_t userLight)
+{
+    return guardedWrite(db, "deleteUserLight", [&](SQLite::Database& connection) {
+        SQLite::Statement remove(connection, R"(DELETE FROM "t_userlightdata" WHERE "userlightId" = ?)");
+        remove.bind(1, userLight);
+        remove.exec();
+    });
+}
+
+bool DeviceSQLite::modifyUserLightName(int64_t userLight, const QString& name)
+{
+    return guardedWrite(db, "modifyUserLightName", [&](SQLite::Database& connection) {
+        SQLite::Statement update(connection, R"(UPDATE "t_userlightdata" SET "lightName" = ? WHERE "userlightId" = ?)");
+        update.bind(1, name.toStdString());
+        update.bind(2, userLight);
+        update.exec();
+    });
+}
+
+bool DeviceSQLite::queryKeyRGB(int profile, int64_t lightid, std::vector<RGBData>& dataArray) const
+{
+    return guarded(db, "queryKeyRGB", false, [&](SQLite::Database& connection) {
+        SQLite::Statement query(connection, R"(SELECT "rgbId", "lightId", "profId", "keyvalue", "rgbvalue"
+                                               FROM "t_keyrgbdata" WHERE "profId" = ? AND "lightId" = ?
+                                               ORDER BY "rgbId")");
+        query.bind(1, profile);
+        query.bind(2, lightid);
+        std::vector<RGBData> rows;
+        while (query.executeStep())
+            rows.push_back({query.getColumn(0).getInt64(), query.getColumn(1).getInt64(), query.getColumn(2).getInt(),
+                            query.getColumn(3).getInt(), query.getColumn(4).getInt()});
+        dataArray.insert(dataArray.end(), rows.begin(), rows.end());
+        return true;
+    });
+}
+
+void DeviceSQLite::insertKeyRGB(const RGBData& data)
+{
+    if (data.keyvalue == 0)
+        return;
+    guarded(db, "insertKeyRGB", false, [&](SQLite::Database& connection) {
+        SQLite::Transaction transaction(connection);
+        replaceKeyRGB(connection, data);
+        transaction.commit();
+        return true;
+    });
+}
+
+bool DeviceSQLite::insertKeyRGBPass(const std::vector<RGBData>& pass)
+{
+    return guarded(db, "insertKeyRGBPass", false, [&](SQLite::Database& connection) {
+        SQLite::Transaction transaction(connection);
+        int done = 0;
+        for (const RGBData& data : pass) {
+            if (data.keyvalue == 0)
+                continue;
+            replaceKeyRGB(connection, data);
+            StoreSupport::reachStep("light.pass." + std::to_string(++done));
+        }
+        transaction.commit();
+        return true;
+    });
+}

@@ -1,0 +1,44 @@
+#pragma once
+// One row of the user light list: an icon, the mode's name, and buttons to
+// import, export and delete. The row posts "UserLightTableViewButton" with
+// "type" (1 import, 2 export, 3 delete, 5 renamed) and "index" (its row);
+// a rename carries the new name in "text", once editing ends. The name can
+// be edited only while the row is down (selected in the list).
+
+#include <QLineEdit>
+#include <QWidget>
+
+class ImageButton;
+class NamedImageView;
+
+class UserLightTableItemView : public QWidget {
+    Q_OBJECT
+public:
+    static constexpr int kRowHeight = 40;
+    static constexpr int kRowWidth = 160;
+
+    explicit UserLightTableItemView(QWidget* parent = nullptr);
+
+    // Stores the row number every time; makes the views only once.
+    void initView(int index);
+    void setDown(bool bDown);
+
+    NamedImageView* iconView = nullptr;
+    QLineEdit* textView = nullptr;  // tag 556
+    ImageButton* importBtnView = nullptr;
+    ImageButton* exportBtnView = nullptr;
+    ImageButton* delBtnView = nullptr;
+    bool isDown = false;
+    int tableViewIndex = 0;
+    bool initFinish = false;
+
+protected:
+    void enterEvent(QEnterEvent* event) override;
+    void leaveEvent(QEvent* event) override;
+    void paintEvent(QPaintEvent* event) override;
+
+private:
+    ImageButton* makeButton(int x, const QString& stem, int type);
+    void showButtonImages(const QString& suffix);
+    void post(int type, const QString& text = {});
+};

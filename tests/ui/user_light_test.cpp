@@ -1,0 +1,224 @@
+// The user light tab on a connected virtual keyboard: painting keys through
+// the colour dialog, the list's rows and menu request, saving a mode to a
+// custom slot.
+#include "Common/Globals.h"
+#include "Common/NotificationCenter.h"
+#include "HIDDevice/Platform/Virtual/VirtualHidManager.h"
+#include "SQLite/DeviceSQLite.h"
+#include "Simulator/VirtualKeyboard.h"
+#include "View/KeyboardLayout/KeyCodeMaps.h"
+#include "View/MainController.h"
+#include "View/control/ButtonView.h"
+#include "View/control/KeyView.h"
+#include "View/control/KeyboardView.h"
+#include "View/control/SelectKeyView.h"
+#include "View/control/UserLightTableItemView.h"
+#include "support/HexBytes.h"
+#include "support/StoreTestSupport.h"
+#include "support/WaitUntil.h"
+
+#include <QColorDialog>
+#include <QDir>
+#include <QImageWriter>
+#include <QListWidget>
+#include <QTest>
+#include <gtest/gtest.h>
+
+using namespace testing_support;
+using Leds = std::map<int, uint32_t>;
+
+namespace {
+
+class UserLight : public ::testing::Test {
+protected:
+    void SetUp() override
+    {
+        G_Language = kLanguageEnglish;
+        MainController::Environment env;
+        env.hidManagerFactory = [bus = bus] { return std::make_unique<VirtualHidManager>(bus); };
+        controller = std::make_unique<MainController>(env);
+        controller->viewDidLoad();
+        controller->show();
+        ASSERT_TRUE(QTest::qWaitForWindowExposed(controller.get()));
+        bus->plug(keyboard);
+        ASSERT_TRUE(waitUntil([&] { return controller->currentTransport() && !controller->hidcomm_busy(); }));
+        controller->action_userlightmode_tab();
+    }
+    void TearDown() override { StoreSupport::faultHook = {}; }
+
+    KeyboardView& view() { return *controller->orvane_keyboardctrl; }
+    void settle() { ASSERT_TRUE(controller->transport().waitForIdle(std::chrono::seconds(5))); }
+    void menu(int id) { controller->MenuItemMouseUpAction(QVariantMap{{"menuid", id}}); }
+    void selectRow(int row)
+    {
+        QListWidget* list = controller->userlightmode_table;
+        QTest::mouseClick(list->viewport(), Qt::LeftButton, {}, list->visualItemRect(list->item(row)).center());
+    }
+    // Selects the keys `from` to `to` of one row of the picture, by a click
+    // or a drag across them, and picks `colour` in the dialog the release
+    // opens.
+    void paint(int from, int to, const QColor& colour)
+    {
+        const QPoint start = view().keyGeometry(from).center().toPoint();
+        const QPoint end = view().keyGeometry(to).center().toPoint();
+        QTest::mouseMove(&view(), start + QPoint(1, 0));
+        QTest::mouseMove(&view(), start);
+        QTest::mousePress(&view(), Qt::LeftButton, {}, start);
+        QTest::mouseMove(&view(), end);
+        QTest::mouseRelease(&view(), Qt::LeftButton, {}, end);
+        ASSERT_TRUE(controller->colorPanel && controller->colorPanel->isVisible());
+        controller->colorPanel->setCurrentColor(colour);
+        QApplication::processEvents();
+    }
+    int codeOf(int key) { return G_KB_SuperKeyNameMap.at(view().kbKeyArrayHover[size_t(key)].keyname).key_code; }
+    int ledOf(int key) { return G_KB_SuperKeyCodeMap.at(codeOf(key)).light_index; }
+    Leds slot(int n)
+    {
+        const auto held = keyboard->firmware().state().userLightLeds;
+        return held.count(n) ? held.at(n) : Leds{};
+    }
+    std::vector<std::string> commandFrames(std::size_t from)
+    {
+        std::vector<std::string> frames;
+        const auto trace = keyboard->recentTrace();
+        for (std::size_t i = from; i < trace.size(); ++i)
+            if (trace[i].op == TraceRecord::Op::Set && trace[i].data[0] == 0x04 && trace[i].data[1] != 0)
+                frames.push_back(hexFromBytes({trace[i].data.begin(), trace[i].data.end()}));
+        return frames;
+    }
+    void screenshot(const QString& name, const QRect& area)
+    {
+        // Saved as docs/screenshots/<name>.png when ORVANE_SCREENSHOT_DIR names a folder.
+        if (const QString dir = qEnvironmentVariable("ORVANE_SCREENSHOT_DIR"); !dir.isEmpty())
+            QImageWriter(QDir(dir).filePath(name + ".png")).write(controller->grab(area).toImage());
+    }
+
+    TempDataFolder data;
+    std::shared_ptr<VirtualBus> bus = std::make_shared<VirtualBus>();
+    std::shared_ptr<VirtualKeyboard> keyboard = std::make_shared<VirtualKeyboard>(VirtualKeyboard::Model::M61);
+    std::unique_ptr<MainController> controller;
+};
+
+}  // namespace
+
+TEST_F(UserLight, ASlotGetsExactlyThePaintedKeysOfTheShownModeAndOtherSlotsStayAsTheyWere)
+{
+    for (int i = 0; i < 2; ++i)
+        menu(166);
+    ASSERT_EQ(controller->userlightmode_table->count(), 2);
+    EXPECT_EQ(controller->userLightRowView(1)->textView->text(), "Light 2");
+    // Mode 2, one green key, goes to slots 1 and 3.
+    selectRow(1);
+    paint(10, 10, Qt::green);
+    for (int save : {167, 169})
+        menu(save);
+    settle();
+    const Leds others{{ledOf(10), 0x00FF00}};
+    ASSERT_EQ(slot(1), others);
+
+    // Mode 1: three keys in two colours, and a row of a key this model lacks.
+    selectRow(0);
+    EXPECT_EQ(view().keyView(10)->keyColor, QColor(Qt::black));
+    paint(3, 4, QColor(0xFF, 0x80, 0x00));
+    paint(20, 20, QColor::fromHsv(240, 255, 255));
+    controller->deviceDB->insertKeyRGB({0, 1, 1, 0x7777, 0xABCDEF});
+    const std::size_t traced = keyboard->recentTrace().size();
+    menu(168);
+    settle();
+    EXPECT_EQ(slot(2), (Leds{{ledOf(3), 0xFF8000}, {ledOf(4), 0xFF8000}, {ledOf(20), 0x0000FF}}));
+    EXPECT_EQ(slot(1), others);
+    EXPECT_EQ(slot(3), others);
+    const auto frame = [](std::initializer_list<uint8_t> leading) { return hexFromBytes(report(leading)); };
+    EXPECT_EQ(commandFrames(traced),
+              (std::vector<std::string>{frame({4, 0x18}), frame({4, 0x23, 0x82, 0, 0, 0, 0, 0, 9}), frame({4, 0x02}),
+                                        frame({4, 0xf0}), frame({4, 0x18}), frame({4, 0x13, 1, 0, 0, 0, 0, 0, 1}),
+                                        frame({4, 0x02, 1}), frame({4, 0xf0, 1})}));
+    EXPECT_EQ(keyboard->firmware().lightMode(1)[0], 0x80);
+    EXPECT_EQ(controller->deviceDB->getConfigData(1, "currentLightMode"), "1");
+    EXPECT_TRUE(keyboard->protocolErrors().isEmpty()) << keyboard->protocolErrors().join("\n").toStdString();
+    screenshot("user-light-list", QRect(900, 50, 260, 620));
+}
+
+TEST_F(UserLight, ADragStoresOnlyItsNewestColourAndEachPassIsWhole)
+{
+    menu(166);
+    int passes = 0;
+    StoreSupport::faultHook = [&](std::string_view step) { passes += step == "light.pass.1"; };
+    paint(5, 6, Qt::red);
+    ASSERT_EQ(passes, 1);
+    // Reports faster than passes: one pass, for the last colour.
+    for (int hue = 0; hue < 300; hue += 10)
+        controller->colorPanel->setCurrentColor(QColor::fromHsv(hue, 200, 200));
+    QApplication::processEvents();
+    EXPECT_EQ(passes, 2);
+    std::vector<RGBData> rows;
+    controller->deviceDB->queryKeyRGB(1, 1, rows);
+    const int last = int(QColor::fromHsv(290, 200, 200).rgb() & 0xFFFFFF);
+    ASSERT_EQ(rows.size(), 2u);
+    EXPECT_EQ(std::vector<int>({rows[0].rgbvalue, rows[1].rgbvalue}), std::vector<int>({last, last}));
+}
+
+TEST_F(UserLight, RowsRenameAndDeleteTheirModesAndTheMenuRequestIsGated)
+{
+    for (int i = 0; i < 3; ++i)
+        menu(166);
+    selectRow(1);
+    UserLightTableItemView* row = controller->userLightRowView(1);
+    ASSERT_TRUE(row->isDown && !row->textView->isReadOnly());
+    EXPECT_FALSE(controller->userLightRowView(0)->isDown);
+    row->textView->selectAll();
+    QTest::keyClicks(row->textView, "Sunset");
+    QTest::keyClick(row->textView, Qt::Key_Return);
+    QApplication::processEvents();
+    std::vector<userLightData> list;
+    controller->deviceDB->queryUserLightList(list);
+    EXPECT_EQ(list[1].name, "Sunset");
+    EXPECT_EQ(controller->userLightRowView(1)->textView->text(), "Sunset");
+
+    NotificationCenter::defaultCenter().post("UserLightTableViewButton", QVariantMap{{"type", 4}, {"index", 0}});
+    QTest::mouseClick(controller->userLightRowView(0)->delBtnView, Qt::LeftButton);
+    QApplication::processEvents();
+    list.clear();
+    controller->deviceDB->queryUserLightList(list);
+    EXPECT_EQ(list, (std::vector<userLightData>{{2, "Sunset", 10, 10}, {3, "Light 3", 10, 10}}));
+    ASSERT_EQ(controller->userlightmode_table->count(), 2);
+    EXPECT_EQ(controller->userLightRowView(1)->tableViewIndex, 1);
+
+    std::vector<int> shown;
+    controller->showLightMenu = [&](int type) { shown.push_back(type); };
+    controller->timetickcount = 0;
+    auto* list_view = controller->userlightmode_table->viewport();
+    QTest::mouseClick(list_view, Qt::RightButton, {}, QPoint(20, 10));
+    QTest::mouseClick(list_view, Qt::RightButton, {}, QPoint(20, 10));
+    controller->timetickcount = 0;
+    QTest::mouseClick(list_view, Qt::RightButton, {}, QPoint(20, 400));
+    controller->timetickcount = 0;
+    NotificationCenter::defaultCenter().post("UserLightTableViewMenu", QString("0"));
+    EXPECT_EQ(shown, (std::vector<int>{2, 3}));
+}
+
+TEST_F(UserLight, ShowingAModeColoursEachModelsKeysAndSkipsKeysTheModelLacks)
+{
+    for (int deviceType : {1, 2, 0}) {
+        controller->setCurrentDevice(deviceType);
+        const int64_t mode = controller->deviceDB->addUserLight("All");
+        const int keys = int(view().kbKeyArrayHover.size());
+        std::vector<RGBData> pass{{0, mode, 1, 0x7777, 0x123456}};
+        for (int i = 0; i < keys; ++i)
+            pass.push_back({0, mode, 1, codeOf(i), int(QColor::fromHsv(i * 300 / keys, 220, 255).rgb() & 0xFFFFFF)});
+        ASSERT_TRUE(controller->deviceDB->insertKeyRGBPass(pass));
+        controller->loadUserLightData(mode);
+        // Every key shows one of the painted colours, each colour once.
+        std::vector<int> shown;
+        std::vector<int> painted;
+        for (int i = 0; i < keys; ++i) {
+            shown.push_back(int(view().keyView(i)->shownColor().rgb() & 0xFFFFFF));
+            painted.push_back(pass[size_t(i) + 1].rgbvalue);
+        }
+        std::sort(shown.begin(), shown.end());
+        std::sort(painted.begin(), painted.end());
+        EXPECT_EQ(shown, painted);
+        const char* name = deviceType == 2 ? "68k" : deviceType == 1 ? "61k" : "61k-cnc";
+        screenshot(QStringLiteral("user-light-painted-%1").arg(name), QRect(195, 105, 700, 350));
+    }
+}
