@@ -1,32 +1,79 @@
 #pragma once
 // AppDelegate: brings the application up: the options, the window and its
-// controller, and for scripted runs the virtual keyboard, the timed exit and
-// the screenshot.
+// controller, input capture (the key logger) with the watch over whether
+// this user may read the machine's keyboards, the status item with its
+// Quit menu, and for scripted runs the virtual keyboard, the timed exit and
+// the screenshot. Closing the window ends the application, as Quit does.
 
 #include "Common/AppOptions.h"
+#include "HIDDevice/HIDDeviceMonitor.h"
+#include "Keylogger/Platform/SystemKeySource.h"
 
 #include <QObject>
+#include <QPointer>
+#include <QTimer>
 
+#include <functional>
 #include <memory>
 
+class Keylogger;
 class MainController;
 class MainWindowController;
+class QAction;
+class QMenu;
+class QSystemTrayIcon;
 class VirtualKeyboard;
 
 class AppDelegate : public QObject {
     Q_OBJECT
 public:
+    using KeySourceFactory = std::function<std::unique_ptr<SystemKeySource>()>;
+
+    // What the delegate takes from the machine; tests put fakes here.
+    struct Environment {
+        HIDDeviceMonitor::ManagerFactory hidManagerFactory = createPlatformHidManager;
+        KeySourceFactory keySourceFactory = createPlatformKeySource;
+        std::function<InputDeviceAccess()> inputAccess = inputDeviceAccess;
+    };
+
+    static constexpr int kPrivilegeCheckIntervalMs = 3000;
+
     explicit AppDelegate(AppOptions options);
+    AppDelegate(AppOptions options, Environment environment);
     ~AppDelegate() override;
 
     void applicationDidFinishLaunching();
+    void startPrivilegeMonitor();
+    // One tick of the privilege monitor; the timer is gone once capture is
+    // permitted.
+    void checkPrivilege();
+    QTimer* privilegeTimer() const { return privilegeTimer_; }
+    void createButtonStatusBar();
+    void clickQuit();
+
+    // The application's one key logger, made on first use from `factory`;
+    // it lives as long as the application object.
+    static Keylogger* keylogger(const KeySourceFactory& factory = createPlatformKeySource);
+
+    MainController* controller() const { return controller_; }
+
+    QSystemTrayIcon* statusItem = nullptr;  // none where the desktop has no tray
+    std::unique_ptr<QMenu> quickButton;
+    QAction* quickQuit = nullptr;
+
+protected:
+    bool eventFilter(QObject* watched, QEvent* event) override;
 
 private:
+    void requestInputTrust();
     void plugDemoKeyboard();
     void quitWithScreenshot();
 
     AppOptions options_;
+    Environment environment_;
     MainController* controller_ = nullptr;  // owned by the window
     std::unique_ptr<MainWindowController> windowController_;
     std::shared_ptr<VirtualKeyboard> demoKeyboard_;
+    QPointer<QTimer> privilegeTimer_;
+    static QPointer<Keylogger> keylogger_;
 };

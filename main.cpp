@@ -22,9 +22,11 @@ int main(int argc, char** argv)
     QApplication::setApplicationName(QStringLiteral("Orvane Keyboard Studio"));
     QApplication::setOrganizationDomain(QStringLiteral("orvane.com"));
     // Lets the desktop match the window to its desktop entry and icon; the
-    // icon comes from the theme where the package installed it.
+    // icon comes from the theme where the package installed it, else (a
+    // build that is not installed) from the status item's image.
     QGuiApplication::setDesktopFileName(QStringLiteral("com.orvane.keyboardstudio"));
-    QApplication::setWindowIcon(QIcon::fromTheme(QStringLiteral("com.orvane.keyboardstudio")));
+    QApplication::setWindowIcon(QIcon::fromTheme(QStringLiteral("com.orvane.keyboardstudio"),
+                                                 QIcon(QStringLiteral(":/images/Orvane-Bar.svg"))));
 
     QString error;
     const auto options = parseAppOptions(QApplication::arguments(), error);

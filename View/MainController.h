@@ -13,9 +13,10 @@
 // LanguageSwitch (texts and the language menu), MainControllerSystem (menu
 // commands), MainControllerLight (the built-in light effects),
 // MainControllerSystemPage (the key locks), MainControllerKeyTable (the
-// key table of a profile), MainControllerMacro (the macro page and the macro
-// store), MainControllerUserLight and MainControllerUserLightPaint (user
-// light modes), MainControllerLinks (the user guide and the web links),
+// key table of a profile), MainControllerKeyFunc (writing an assignment),
+// MainControllerMacro (the macro page and the macro store),
+// MainControllerUserLight and MainControllerUserLightPaint (user light modes),
+// MainControllerLinks (the user guide and the web links),
 // MainControllerExchange (the ".key" and ".light" files), MainControllerKeyMenu
 // and MainControllerToolTip (the key menus and the key tool tip).
 
@@ -377,6 +378,12 @@ public:
     QPointer<KeySubMenuLightViewController> kbKeyLightSubMenu;
     QPointer<KBToolTipsViewController> keyboardToolTips;
 
+    // ---- Custom key (MainControllerKeyFunc) ---------------------------------
+    // "CustomKeyFuncMsg" from the capture dialog: assigns the captured key
+    // ("keyvalue" 0: the key's own function) through addCustomKey and closes
+    // the menus.
+    void CustomKeyFuncMsg(const QVariant& object);
+
 protected:
     void showEvent(QShowEvent* event) override;
     void hideEvent(QHideEvent* event) override;
@@ -423,6 +430,7 @@ private:
     QStringList problems_;
     void layoutProblems();
     std::uint64_t menuItemObserver_ = 0;  // "MenuItemMouseUpAction", added once
+    std::uint64_t customKeyObserver_ = 0;  // "CustomKeyFuncMsg", added once
 
     // Macro page
     void reloadMacroTable();

@@ -1,8 +1,31 @@
-// The one write path of every key assignment.
+// Writing one key assignment: the capture dialog's message and the write
+// path that every menu's assignment takes.
 #include "View/MainController.h"
 
 #include "Common/Records.h"
 #include "SQLite/DeviceSQLite.h"
+#include "View/CustomMenu/KeySubMenuKeyFuncViewController.h"
+
+namespace {
+constexpr int kCustomKeyType = 14;
+}
+
+void MainController::CustomKeyFuncMsg(const QVariant& object)
+{
+    const QVariantMap message = object.toMap();
+    const QVariant keyValue = message.value(QStringLiteral("keyvalue"));
+    const QVariant keyDesc = message.value(QStringLiteral("keyDesc"));
+    if (keyValue.typeId() != QMetaType::Int || keyDesc.typeId() != QMetaType::QString)
+        return;
+    ProfileKey keydata;
+    keydata.macroType = kCustomKeyType;
+    keydata.macroValue = keyValue.toInt();
+    keydata.macroDesc = keyDesc.toString();
+    addCustomKey(keydata);
+    // The key menus join here as they come; a window not made yet needs no hiding.
+    if (kbKeyFuncSubMenu)
+        kbKeyFuncSubMenu->hide();
+}
 
 void MainController::addCustomKey(ProfileKey& keydata)
 {
@@ -10,7 +33,13 @@ void MainController::addCustomKey(ProfileKey& keydata)
         return;
     keydata.profId = currentProfile;
     keydata.keyValue = currentKeyValue;
-    deviceDB->addKeyProfile(keydata);
+    const int64_t result = deviceDB->addKeyProfile(keydata);
+    // A row was wanted and none is there: the store refused the write and
+    // kept the key's earlier assignment, which the key goes on showing.
+    if (result < 1 && keydata.macroValue != 0)
+        showProblem(tr("The key assignment could not be saved. Check that the data folder is writable, then try "
+                       "again."),
+                    QStringLiteral("key-assignment"));
     loadKeyMacro();
     setKeyMacroData(currentProfile);
 }

@@ -77,6 +77,10 @@ void MainController::registerNotification()
     if (!menuItemObserver_)
         menuItemObserver_ = NotificationCenter::defaultCenter().addObserver(
             QStringLiteral("MenuItemMouseUpAction"), [this](const QVariant& o) { MenuItemMouseUpAction(o); }, this);
+    // Custom key
+    if (!customKeyObserver_)
+        customKeyObserver_ = NotificationCenter::defaultCenter().addObserver(
+            QStringLiteral("CustomKeyFuncMsg"), [this](const QVariant& o) { CustomKeyFuncMsg(o); }, this);
     registerMacroNotifications();
     // User light modes: clicks on the picture, the list's menu and buttons.
     registerUserLightNotifications();

@@ -10,11 +10,15 @@ endforeach()
 if(CMAKE_SYSTEM_NAME STREQUAL "Linux")
   file(GLOB ORVANE_PLATFORM_SOURCES CONFIGURE_DEPENDS
        ${CMAKE_CURRENT_SOURCE_DIR}/HIDDevice/Platform/Linux/*.cpp
-       ${CMAKE_CURRENT_SOURCE_DIR}/HIDDevice/Platform/Linux/*.h)
-  set(ORVANE_PLATFORM_LIBS PkgConfig::LIBUDEV PkgConfig::LIBUSB)
+       ${CMAKE_CURRENT_SOURCE_DIR}/HIDDevice/Platform/Linux/*.h
+       ${CMAKE_CURRENT_SOURCE_DIR}/Keylogger/Platform/Linux/*.cpp)
+  # Keys typed in other windows come from evdev.
+  pkg_check_modules(LIBEVDEV REQUIRED IMPORTED_TARGET libevdev)
+  set(ORVANE_PLATFORM_LIBS PkgConfig::LIBUDEV PkgConfig::LIBUSB PkgConfig::LIBEVDEV)
 else()
   file(GLOB ORVANE_PLATFORM_SOURCES CONFIGURE_DEPENDS
-       ${CMAKE_CURRENT_SOURCE_DIR}/HIDDevice/Platform/None/*.cpp)
+       ${CMAKE_CURRENT_SOURCE_DIR}/HIDDevice/Platform/None/*.cpp
+       ${CMAKE_CURRENT_SOURCE_DIR}/Keylogger/Platform/None/*.cpp)
   set(ORVANE_PLATFORM_LIBS)
 endif()
 

@@ -102,6 +102,14 @@ const Word& word(const char* keyName)
     throw std::logic_error(std::string("unknown key name ") + keyName);
 }
 
+const Word* wordOfCode(int keyCode)
+{
+    for (const Word& w : kWords)
+        if (w.key_code == keyCode)
+            return &w;
+    return nullptr;
+}
+
 ModelMaps modelMaps(std::span<const ModelKey> keys, std::span<const char* const> namesWithoutKey)
 {
     ModelMaps maps;

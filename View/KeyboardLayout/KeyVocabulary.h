@@ -32,6 +32,8 @@ struct ModelKey {
 };
 
 const Word& word(const char* keyName);
+// The word of a key code, of either model; null for a code no word has.
+const Word* wordOfCode(int keyCode);
 
 // A model's name map and its three code maps.
 struct ModelMaps {

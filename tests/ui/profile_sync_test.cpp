@@ -1,18 +1,13 @@
 // Profiles kept in step with a virtual keyboard: a profile's key table, the
 // keyboard choosing a profile, the profile and main menus, the two resets.
-#include "Common/Globals.h"
-#include "HIDDevice/Platform/Virtual/VirtualHidManager.h"
 #include "SQLite/DeviceSQLite.h"
-#include "Simulator/VirtualKeyboard.h"
 #include "View/KeyboardLayout/KeyCodeMaps.h"
-#include "View/MainController.h"
 #include "View/control/KeyboardView.h"
 #include "View/control/MenuItemView.h"
 #include "View/popover/MenuPopoverViewController.h"
 #include "View/popover/PofilePopoverViewController.h"
 #include "support/HexBytes.h"
-#include "support/StoreTestSupport.h"
-#include "support/WaitUntil.h"
+#include "support/VirtualSession.h"
 
 #include <QLabel>
 #include <QMessageBox>
@@ -34,14 +29,7 @@ class ProfileSync : public ::testing::Test {
 protected:
     void SetUp() override
     {
-        G_Language = kLanguageEnglish;
-        MainController::Environment env;
-        env.hidManagerFactory = [bus = bus] { return std::make_unique<VirtualHidManager>(bus); };
-        controller = std::make_unique<MainController>(env);
-        controller->viewDidLoad();
-        controller->show();
-        bus->plug(keyboard);
-        ASSERT_TRUE(waitUntil([&] { return controller->currentTransport() && !controller->hidcomm_busy(); }));
+        ASSERT_TRUE(session.connected());
     }
     void TearDown() override
     {
@@ -91,10 +79,10 @@ protected:
         return keys[std::size_t(*picturePosition(keyCode, int(keys.size())))].keyMacro;
     }
 
-    TempDataFolder data;
-    std::shared_ptr<VirtualBus> bus = std::make_shared<VirtualBus>();
-    std::shared_ptr<VirtualKeyboard> keyboard = std::make_shared<VirtualKeyboard>(VirtualKeyboard::Model::M61);
-    std::unique_ptr<MainController> controller;
+    VirtualSession session;
+    const std::shared_ptr<VirtualBus>& bus = session.bus;
+    const std::shared_ptr<VirtualKeyboard>& keyboard = session.keyboard;
+    const std::unique_ptr<MainController>& controller = session.controller;
 };
 
 }  // namespace

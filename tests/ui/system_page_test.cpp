@@ -1,12 +1,7 @@
 // The key locks on the system page, end to end on a virtual keyboard.
-#include "Common/Globals.h"
-#include "HIDDevice/Platform/Virtual/VirtualHidManager.h"
 #include "SQLite/DeviceSQLite.h"
-#include "Simulator/VirtualKeyboard.h"
-#include "View/MainController.h"
 #include "support/HexBytes.h"
-#include "support/StoreTestSupport.h"
-#include "support/WaitUntil.h"
+#include "support/VirtualSession.h"
 
 #include <QAbstractButton>
 #include <QTest>
@@ -16,22 +11,15 @@ using namespace testing_support;
 
 TEST(SystemPage, LockingAltF4InProfile2ReachesProfile2OnlyAndFollowsTheProfile)
 {
-    TempDataFolder data;
-    G_Language = kLanguageEnglish;
-    auto bus = std::make_shared<VirtualBus>();
-    auto keyboard = std::make_shared<VirtualKeyboard>(VirtualKeyboard::Model::M61);
-    MainController::Environment env;
-    env.hidManagerFactory = [bus] { return std::make_unique<VirtualHidManager>(bus); };
-    MainController controller(env);
-    controller.viewDidLoad();
-    controller.show();
-    bus->plug(keyboard);
+    VirtualSession session;
+    MainController& controller = *session.controller;
+    const auto& keyboard = session.keyboard;
     auto follow = [&](int profile) {
         keyboard->setActiveProfile(profile);
         controller.pollKeyboardProfile();
         return waitUntil([&] { return controller.currentProfile == profile && !controller.hidcomm_busy(); });
     };
-    ASSERT_TRUE(waitUntil([&] { return controller.currentTransport() && !controller.hidcomm_busy(); }));
+    ASSERT_TRUE(session.connected());
     auto block = [&](int profile) { return hexFromBytes(keyboard->firmware().systemSettings(profile)); };
     const std::string freeBlock = std::string(124, '0') + "aa55";
     EXPECT_EQ(block(1), freeBlock) << "the connection sends profile 1's locks";

@@ -1,0 +1,37 @@
+#pragma once
+// The window controller in session with a virtual keyboard: the set-up of
+// the window tests that run end to end. English texts, a fresh data folder,
+// the keyboard plugged in; connected() waits until the connection's uploads
+// are done.
+#include "Common/Globals.h"
+#include "HIDDevice/Platform/Virtual/VirtualHidManager.h"
+#include "Simulator/VirtualKeyboard.h"
+#include "View/MainController.h"
+#include "support/StoreTestSupport.h"
+#include "support/WaitUntil.h"
+
+namespace testing_support {
+
+struct VirtualSession {
+    TempDataFolder data;
+    std::shared_ptr<VirtualBus> bus = std::make_shared<VirtualBus>();
+    std::shared_ptr<VirtualKeyboard> keyboard = std::make_shared<VirtualKeyboard>(VirtualKeyboard::Model::M61);
+    std::unique_ptr<MainController> controller;
+
+    VirtualSession()
+    {
+        G_Language = kLanguageEnglish;
+        MainController::Environment env;
+        env.hidManagerFactory = [bus = bus] { return std::make_unique<VirtualHidManager>(bus); };
+        controller = std::make_unique<MainController>(env);
+        controller->viewDidLoad();
+        controller->show();
+        bus->plug(keyboard);
+    }
+    bool connected()
+    {
+        return waitUntil([&] { return controller->currentTransport() && !controller->hidcomm_busy(); });
+    }
+};
+
+}  // namespace testing_support
