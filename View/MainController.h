@@ -374,7 +374,6 @@ public:
     QPointer<KeyMenuViewController> keyboardKeyMenu;
     QPointer<KeySubMenuViewController> keyboardKeySubMenu;
     QPointer<KeySubMenuMacroViewController> kbKeyMacroSubMenu;
-    QPointer<QWidget> kbKeyFuncSubMenu;  // the key capture dialog, when there is one
     QPointer<KeySubMenuLightViewController> kbKeyLightSubMenu;
     QPointer<KBToolTipsViewController> keyboardToolTips;
 

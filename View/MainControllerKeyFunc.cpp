@@ -4,6 +4,7 @@
 
 #include "Common/Records.h"
 #include "SQLite/DeviceSQLite.h"
+#include "View/CustomMenu/KeyMenuViewController.h"
 #include "View/CustomMenu/KeySubMenuKeyFuncViewController.h"
 
 namespace {
@@ -22,9 +23,11 @@ void MainController::CustomKeyFuncMsg(const QVariant& object)
     keydata.macroValue = keyValue.toInt();
     keydata.macroDesc = keyDesc.toString();
     addCustomKey(keydata);
-    // The key menus join here as they come; a window not made yet needs no hiding.
-    if (kbKeyFuncSubMenu)
-        kbKeyFuncSubMenu->hide();
+    // The menus that led here close with the dialog; one not made yet needs
+    // no hiding.
+    for (QWidget* window : std::initializer_list<QWidget*>{keyboardKeyMenu, keyboardKeySubMenu, kbKeyFuncSubMenu})
+        if (window)
+            window->hide();
 }
 
 void MainController::addCustomKey(ProfileKey& keydata)

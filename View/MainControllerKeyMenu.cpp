@@ -11,6 +11,7 @@
 #include "View/MacroController.h"
 #include "View/CustomMenu/KeyMenuEntries.h"
 #include "View/CustomMenu/KeyMenuViewController.h"
+#include "View/CustomMenu/KeySubMenuKeyFuncViewController.h"
 #include "View/CustomMenu/KeySubMenuLightViewController.h"
 #include "View/CustomMenu/KeySubMenuMacroViewController.h"
 #include "View/CustomWindow/KBToolTipsViewController.h"
@@ -136,9 +137,14 @@ void MainController::showKeyMacroSubMenu(const QPointF& pt, int)
     showAt(kbKeyMacroSubMenu, pt);
 }
 
-// The key capture dialog joins here when it exists; until then hovering
-// "Key Commands" only closes the other second levels.
-void MainController::showKeyFuncSubMenu(const QPointF&, int) {}
+// "Key Commands" opens the capture dialog as its second level, placed like
+// the others: its top-left corner at `pt`, y up. Flipping the y axis is its
+// own inverse, so the same helper turns `pt` back into screen coordinates.
+void MainController::showKeyFuncSubMenu(const QPointF& pt, int)
+{
+    KeySubMenuKeyFuncViewController* dialog = ShowKBKeyFuncSubMenu(this);
+    dialog->move(FramelessWindow::toFlippedScreen(pt.toPoint()).toPoint());
+}
 
 void MainController::keyMenuMouseUpAction(int menuid)
 {

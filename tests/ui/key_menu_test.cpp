@@ -8,6 +8,7 @@
 #include "SQLite/DeviceSQLite.h"
 #include "Simulator/VirtualKeyboard.h"
 #include "View/CustomMenu/KeyMenuViewController.h"
+#include "View/CustomMenu/KeySubMenuKeyFuncViewController.h"
 #include "View/CustomMenu/KeySubMenuLightViewController.h"
 #include "View/CustomMenu/KeySubMenuMacroViewController.h"
 #include "View/CustomWindow/KBToolTipsViewController.h"
@@ -16,6 +17,7 @@
 #include "View/control/ButtonView.h"
 #include "View/control/KeyboardView.h"
 #include "View/control/MenuItemView.h"
+#include "support/FakeKeySource.h"
 #include "support/HexBytes.h"
 #include "support/StoreTestSupport.h"
 #include "support/WaitUntil.h"
@@ -23,6 +25,7 @@
 #include <QColorDialog>
 #include <QLabel>
 #include <QListWidget>
+#include <QPushButton>
 #include <QTest>
 #include <QWindow>
 #include <gtest/gtest.h>
@@ -187,6 +190,26 @@ TEST_F(KeyMenu, EachSecondLevelSetAndTheDirectEntriesAssignWhatTheyName)
     EXPECT_EQ(storedRow(41), ProfileKey{});
     EXPECT_EQ(view->kbKeyArraySelect[kEscape].keyMacro, keyCodeRecord(41)->full_name);
     EXPECT_EQ(keyTableAfterUpload(), tableWithEscape("00000000"));
+}
+
+TEST_F(KeyMenu, KeyCommandsOpensTheCaptureDialogWhosePressedKeyIsAssigned)
+{
+    FakeKeySource::keylogger();
+    clickKey(kEscape);
+    hover(controller->keyboardKeyMenu->menuitem_keyfunc);
+    ASSERT_TRUE(kbKeyFuncSubMenu && kbKeyFuncSubMenu->isVisible());
+    EXPECT_FALSE(controller->keyboardKeySubMenu && controller->keyboardKeySubMenu->isVisible());
+
+    sendKey(kbKeyFuncSubMenu, QEvent::KeyPress, 30 + 8);  // A
+    sendKey(kbKeyFuncSubMenu, QEvent::KeyRelease, 30 + 8);
+    kbKeyFuncSubMenu->btn_okfunc->click();
+    ProfileKey expected{.macroType = 14, .macroValue = 4, .macroDesc = "A"};
+    expected.keyId = storedRow(41).keyId, expected.profId = controller->currentProfile, expected.keyValue = 41;
+    EXPECT_EQ(storedRow(41), expected);
+    EXPECT_EQ(keyTableAfterUpload(), tableWithEscape("02000400"));
+    EXPECT_FALSE(kbKeyFuncSubMenu->isVisible());
+    EXPECT_FALSE(anyFloatingWindowShown());
+    delete kbKeyFuncSubMenu;
 }
 
 TEST_F(KeyMenu, AClickOnAnEntryWithASecondLevelClosesEverythingAndAssignsNothing)
