@@ -25,6 +25,8 @@ constexpr int kTextLight = 575;  // "Light", the stem of a new mode's name
 constexpr int kMenuAdd = 166;
 constexpr int kMenuSaveFirst = 167;
 constexpr int kMenuSaveLast = 171;
+constexpr int kButtonImport = 1;
+constexpr int kButtonExport = 2;
 constexpr int kButtonDelete = 3;
 constexpr int kButtonRename = 5;
 constexpr int kMenuOnRow = 2;
@@ -200,8 +202,11 @@ void MainController::UserLightTableViewButton(const QVariant& object)
     if (!typeOk || !indexOk || index < 0 || index >= userlightmode_datas.size() || !deviceDB)
         return;
     const int64_t mode = userlightmode_datas.at(index).value(kMode).toLongLong();
-    // Import (1) and export (2) come with the exchange files.
-    if (type == kButtonDelete) {
+    if (type == kButtonImport) {
+        importLightData();
+    } else if (type == kButtonExport) {
+        exportLightData();  // the selected row's mode, not necessarily this row's
+    } else if (type == kButtonDelete) {
         // The picture and the mode painted on stay as they are.
         if (!deviceDB->deleteUserLight(mode))
             return;

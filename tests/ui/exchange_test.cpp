@@ -8,6 +8,8 @@
 #include "Simulator/VirtualKeyboard.h"
 #include "View/KeyboardLayout/KeyCodeMaps.h"
 #include "View/MainController.h"
+#include "View/control/ButtonView.h"
+#include "View/control/UserLightTableItemView.h"
 #include "View/control/KeyboardView.h"
 #include "support/StoreTestSupport.h"
 #include "support/WaitUntil.h"
@@ -16,6 +18,7 @@
 #include <QListWidget>
 #include <QMessageBox>
 #include <QUrl>
+#include <QCoreApplication>
 #include <gtest/gtest.h>
 
 using namespace testing_support;
@@ -161,13 +164,16 @@ TEST_F(ExchangeWindow, ALightModeExportedImportsAsANewModeWithItsColours)
     controller->userlightmode_table->setCurrentRow(0);
     ASSERT_EQ(controller->currentUserLightMode, 1);
 
+    // Through the row's own buttons, as a user goes.
     answer = QUrl::fromLocalFile(files.path()).toString();
-    controller->exportLightData();
+    controller->userLightRowView(0)->exportBtnView->click();
+    QCoreApplication::processEvents();  // the row's request is handled on the next turn
     EXPECT_EQ(result(), "Exported the light mode \"Dusk/Dawn\" with 2 key colours to \"Dusk_Dawn.light\".");
 
     answer = fileUrl("Dusk_Dawn.light");
     const int framesBefore = keyboard->setCount();
-    controller->importLightData();
+    controller->userLightRowView(0)->importBtnView->click();
+    QCoreApplication::processEvents();
     EXPECT_EQ(keyboard->setCount(), framesBefore);
     EXPECT_EQ(controller->currentUserLightMode, 2);
     EXPECT_EQ(controller->userlightmode_datas.last(), (QVariantMap{{"mode", qint64(2)}, {"text", "Dusk/Dawn"}}));
