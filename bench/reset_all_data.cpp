@@ -35,15 +35,15 @@ namespace {
 using Clock = std::chrono::steady_clock;
 using std::chrono::duration;
 
+// Made in main() and gone before the exit handlers run: a QApplication that
+// outlives Qt's own globals crashes the process on its way out.
+QApplication* theApplication = nullptr;
+
 QApplication& application()
 {
-    static int argc = 1;
-    static char name[] = "reset_all_data";
-    static char* argv[] = {name, nullptr};
-    static QApplication app(argc, argv);
     static const bool images = loadImages();
     (void)images;
-    return app;
+    return *theApplication;
 }
 
 // Turns the event loop until `done` or 30 s have passed.
@@ -168,4 +168,14 @@ void BM_ResetAllData(benchmark::State& state)
 
 BENCHMARK(BM_ResetAllData)->ArgName("in_memory")->Arg(0)->Arg(1)->Iterations(5)->Unit(benchmark::kMillisecond)->UseRealTime();
 
-BENCHMARK_MAIN();
+int main(int argc, char** argv)
+{
+    QApplication app(argc, argv);
+    theApplication = &app;
+    benchmark::Initialize(&argc, argv);
+    if (benchmark::ReportUnrecognizedArguments(argc, argv))
+        return 1;
+    benchmark::RunSpecifiedBenchmarks();
+    benchmark::Shutdown();
+    return 0;
+}

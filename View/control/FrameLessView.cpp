@@ -70,3 +70,33 @@ DragImageView::DragImageView(QWidget* parent) : NamedImageView(parent)
 }
 
 void DragImageView::mousePressEvent(QMouseEvent* event) { startWindowDrag(this, event); }
+
+DragColorWell::DragColorWell(QWidget* parent) : QAbstractButton(parent) {}
+
+void DragColorWell::setColor(const QColor& color)
+{
+    color_ = color;
+    update();
+}
+
+void DragColorWell::paintEvent(QPaintEvent*)
+{
+    QPainter painter(this);
+    painter.setRenderHint(QPainter::Antialiasing);
+    painter.setPen(QColor(0xc4, 0xc9, 0xd1));
+    painter.setBrush(color_);
+    painter.drawRoundedRect(QRectF(rect()).adjusted(0.5, 0.5, -0.5, -0.5), 4, 4);
+}
+
+// A press that turns into a move hands the pointer to the window manager: the
+// button is released first, so it does not also count as a click.
+void DragColorWell::mouseMoveEvent(QMouseEvent* event)
+{
+    if (!isDown() || !(event->buttons() & Qt::LeftButton))
+        return QAbstractButton::mouseMoveEvent(event);
+    setDown(false);
+    if (QWindow* handle = window()->windowHandle())
+        handle->startSystemMove();
+    event->accept();
+}
+

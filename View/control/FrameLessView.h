@@ -6,9 +6,12 @@
 // menus and the key tool tip. It floats over the main window, may take the
 // keyboard focus, and is shown and hidden, never rebuilt.
 // DragView and DragImageView: a press on them drags their window.
+// DragColorWell: a colour swatch; a click asks for the colour panel
+// (clicked()), a press that moves drags its window like the views above.
 
 #include "View/control/NamedImageView.h"
 
+#include <QAbstractButton>
 #include <QColor>
 #include <QWidget>
 
@@ -51,3 +54,19 @@ public:
 protected:
     void mousePressEvent(QMouseEvent* event) override;
 };
+
+class DragColorWell : public QAbstractButton {
+    Q_OBJECT
+public:
+    explicit DragColorWell(QWidget* parent = nullptr);
+    void setColor(const QColor& color);
+    QColor color() const { return color_; }
+
+protected:
+    void paintEvent(QPaintEvent* event) override;
+    void mouseMoveEvent(QMouseEvent* event) override;
+
+private:
+    QColor color_ = Qt::white;
+};
+
