@@ -2,13 +2,15 @@
 // The window controller in session with a virtual keyboard: the set-up of
 // the window tests that run end to end. English texts, a fresh data folder,
 // the keyboard plugged in; connected() waits until the connection's uploads
-// are done.
+// are done. `adjust` may add to the environment (a file chooser, a clock).
 #include "Common/Globals.h"
 #include "HIDDevice/Platform/Virtual/VirtualHidManager.h"
 #include "Simulator/VirtualKeyboard.h"
 #include "View/MainController.h"
 #include "support/StoreTestSupport.h"
 #include "support/WaitUntil.h"
+
+#include <functional>
 
 namespace testing_support {
 
@@ -18,11 +20,13 @@ struct VirtualSession {
     std::shared_ptr<VirtualKeyboard> keyboard = std::make_shared<VirtualKeyboard>(VirtualKeyboard::Model::M61);
     std::unique_ptr<MainController> controller;
 
-    VirtualSession()
+    explicit VirtualSession(const std::function<void(MainController::Environment&)>& adjust = {})
     {
         G_Language = kLanguageEnglish;
         MainController::Environment env;
         env.hidManagerFactory = [bus = bus] { return std::make_unique<VirtualHidManager>(bus); };
+        if (adjust)
+            adjust(env);
         controller = std::make_unique<MainController>(env);
         controller->viewDidLoad();
         controller->show();

@@ -12,6 +12,7 @@
 #include "View/control/UserLightTableItemView.h"
 #include "View/control/KeyboardView.h"
 #include "support/StoreTestSupport.h"
+#include "support/VirtualSession.h"
 #include "support/WaitUntil.h"
 
 #include <QLabel>
@@ -30,23 +31,20 @@ constexpr int kEscape = 41, kA = 4, kS = 22, kFn = 175;
 
 ProfileKey key(int profile, int code, int value, const char* desc) { return {0, 0, profile, code, 11, value, 0, 0, desc}; }
 
-class ExchangeWindow : public testing::Test {
+class ExchangeWindow : public testing::Test, protected VirtualSession {
 protected:
-    void SetUp() override
+    // The file dialog answers `answer` and keeps what it was asked; both
+    // are used only once the test runs, after this fixture is made.
+    ExchangeWindow()
+        : VirtualSession([this](MainController::Environment& env) {
+              env.chooseExchangeFile = [this](const ExchangeDialog& dialog) {
+                  asked.push_back(dialog);
+                  return answer;
+              };
+          })
     {
-        G_Language = kLanguageEnglish;
-        MainController::Environment env;
-        env.hidManagerFactory = [bus = bus] { return std::make_unique<VirtualHidManager>(bus); };
-        env.chooseExchangeFile = [this](const ExchangeDialog& dialog) {
-            asked.push_back(dialog);
-            return answer;
-        };
-        controller = std::make_unique<MainController>(env);
-        controller->viewDidLoad();
-        controller->show();
-        bus->plug(keyboard);
-        ASSERT_TRUE(waitUntil([&] { return controller->currentTransport() && !controller->hidcomm_busy(); }));
     }
+    void SetUp() override { ASSERT_TRUE(connected()); }
 
     void follow(int profile)
     {
@@ -64,11 +62,7 @@ protected:
     QString result() const { return controller->label_exchange ? controller->label_exchange->text() : QString(); }
     QString refusal() const { return controller->findChild<QMessageBox*>("exchange_refusal")->text(); }
 
-    TempDataFolder data;
     QTemporaryDir files;
-    std::shared_ptr<VirtualBus> bus = std::make_shared<VirtualBus>();
-    std::shared_ptr<VirtualKeyboard> keyboard = std::make_shared<VirtualKeyboard>(VirtualKeyboard::Model::M61);
-    std::unique_ptr<MainController> controller;
     std::vector<ExchangeDialog> asked;
     QString answer;
 };

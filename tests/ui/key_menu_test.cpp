@@ -20,6 +20,7 @@
 #include "support/FakeKeySource.h"
 #include "support/HexBytes.h"
 #include "support/StoreTestSupport.h"
+#include "support/VirtualSession.h"
 #include "support/WaitUntil.h"
 
 #include <QColorDialog>
@@ -36,18 +37,12 @@ namespace {
 
 constexpr int kEscape = 0;  // picture index of Escape: code 41, key table slot 1
 
-class KeyMenu : public ::testing::Test {
+class KeyMenu : public ::testing::Test, protected VirtualSession {
 protected:
     void SetUp() override
     {
-        G_Language = kLanguageEnglish;
-        env.hidManagerFactory = [this] { return std::make_unique<VirtualHidManager>(bus); };
-        controller = std::make_unique<MainController>(env);
-        controller->viewDidLoad();
-        controller->show();
         ASSERT_TRUE(QTest::qWaitForWindowExposed(controller.get()));
-        bus->plug(keyboard);
-        ASSERT_TRUE(waitUntil([&] { return controller->currentTransport() && !controller->hidcomm_busy(); }));
+        ASSERT_TRUE(connected());
         view = controller->orvane_keyboardctrl;
     }
     void TearDown() override { G_Language = kLanguageEnglish; }
@@ -117,11 +112,6 @@ protected:
             w->grab().save(dir + "/" + name + (G_Language == kLanguageChinese ? "-zh.png" : "-en.png"));
     }
 
-    TempDataFolder data;
-    std::shared_ptr<VirtualBus> bus = std::make_shared<VirtualBus>();
-    std::shared_ptr<VirtualKeyboard> keyboard = std::make_shared<VirtualKeyboard>(VirtualKeyboard::Model::M61);
-    MainController::Environment env;
-    std::unique_ptr<MainController> controller;
     KeyboardView* view = nullptr;
 };
 

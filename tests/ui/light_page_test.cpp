@@ -15,6 +15,7 @@
 #include "View/popover/LanguagePopoverViewController.h"
 #include "support/HexBytes.h"
 #include "support/StoreTestSupport.h"
+#include "support/VirtualSession.h"
 #include "support/WaitUntil.h"
 
 #include <QListWidget>
@@ -27,18 +28,9 @@ using Kind = LightModeState::Kind;
 
 namespace {
 
-class LightPage : public ::testing::Test {
+class LightPage : public ::testing::Test, protected VirtualSession {
 protected:
-    void SetUp() override
-    {
-        G_Language = kLanguageEnglish;
-        MainController::Environment env;
-        env.hidManagerFactory = [bus = bus] { return std::make_unique<VirtualHidManager>(bus); };
-        controller = std::make_unique<MainController>(env);
-        controller->viewDidLoad();
-        controller->show();
-        plug();
-    }
+    void SetUp() override { ASSERT_TRUE(connected()); }
 
     void plug()
     {
@@ -70,10 +62,6 @@ protected:
 
     std::optional<LightModeState> running(int profile) { return keyboard->firmware().lightModeState(profile); }
 
-    TempDataFolder data;
-    std::shared_ptr<VirtualBus> bus = std::make_shared<VirtualBus>();
-    std::shared_ptr<VirtualKeyboard> keyboard = std::make_shared<VirtualKeyboard>(VirtualKeyboard::Model::M61);
-    std::unique_ptr<MainController> controller;
 };
 
 }  // namespace

@@ -15,6 +15,7 @@
 #include "View/control/TableItemView.h"
 #include "support/HexBytes.h"
 #include "support/StoreTestSupport.h"
+#include "support/VirtualSession.h"
 #include "support/WaitUntil.h"
 
 #include <QApplication>
@@ -37,19 +38,9 @@ constexpr quint32 kA = 38;   // native scan codes
 constexpr quint32 kB = 56;
 using K = MacroStoreStep::Kind;
 
-class MacroLibrary : public ::testing::Test {
+class MacroLibrary : public ::testing::Test, protected VirtualSession {
 protected:
-    void SetUp() override
-    {
-        G_Language = kLanguageEnglish;
-        MainController::Environment env;
-        env.hidManagerFactory = [this] { return std::make_unique<VirtualHidManager>(bus); };
-        controller = std::make_unique<MainController>(env);
-        controller->viewDidLoad();
-        controller->show();
-        bus->plug(keyboard);
-        ASSERT_TRUE(waitUntil([&] { return controller->currentTransport() && !controller->hidcomm_busy(); }));
-    }
+    void SetUp() override { ASSERT_TRUE(connected()); }
     void TearDown() override
     {
         EXPECT_TRUE(keyboard->protocolErrors().isEmpty()) << keyboard->protocolErrors().join("\n").toStdString();
@@ -139,10 +130,6 @@ protected:
         controller->switchLanguage(kLanguageEnglish);
     }
 
-    TempDataFolder data;
-    std::shared_ptr<VirtualBus> bus = std::make_shared<VirtualBus>();
-    std::shared_ptr<VirtualKeyboard> keyboard = std::make_shared<VirtualKeyboard>(VirtualKeyboard::Model::M61);
-    std::unique_ptr<MainController> controller;
     int64_t now = 1000;
 };
 

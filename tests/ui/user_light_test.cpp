@@ -15,6 +15,7 @@
 #include "View/control/UserLightTableItemView.h"
 #include "support/HexBytes.h"
 #include "support/StoreTestSupport.h"
+#include "support/VirtualSession.h"
 #include "support/WaitUntil.h"
 
 #include <QColorDialog>
@@ -29,19 +30,12 @@ using Leds = std::map<int, uint32_t>;
 
 namespace {
 
-class UserLight : public ::testing::Test {
+class UserLight : public ::testing::Test, protected VirtualSession {
 protected:
     void SetUp() override
     {
-        G_Language = kLanguageEnglish;
-        MainController::Environment env;
-        env.hidManagerFactory = [bus = bus] { return std::make_unique<VirtualHidManager>(bus); };
-        controller = std::make_unique<MainController>(env);
-        controller->viewDidLoad();
-        controller->show();
         ASSERT_TRUE(QTest::qWaitForWindowExposed(controller.get()));
-        bus->plug(keyboard);
-        ASSERT_TRUE(waitUntil([&] { return controller->currentTransport() && !controller->hidcomm_busy(); }));
+        ASSERT_TRUE(connected());
         controller->action_userlightmode_tab();
     }
     void TearDown() override { StoreSupport::faultHook = {}; }
@@ -92,11 +86,6 @@ protected:
         if (const QString dir = qEnvironmentVariable("ORVANE_SCREENSHOT_DIR"); !dir.isEmpty())
             QImageWriter(QDir(dir).filePath(name + ".png")).write(controller->grab(area).toImage());
     }
-
-    TempDataFolder data;
-    std::shared_ptr<VirtualBus> bus = std::make_shared<VirtualBus>();
-    std::shared_ptr<VirtualKeyboard> keyboard = std::make_shared<VirtualKeyboard>(VirtualKeyboard::Model::M61);
-    std::unique_ptr<MainController> controller;
 };
 
 }  // namespace
