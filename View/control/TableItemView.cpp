@@ -52,9 +52,8 @@ ImageButton* rowButton(QWidget* row, const QString& image, const QRect& frame)
 }
 }  // namespace
 
-MacroTableItemView::MacroTableItemView(QWidget* parent) : QWidget(parent)
+MacroTableItemView::MacroTableItemView(QWidget* parent) : TableItemView(parent)
 {
-    setAttribute(Qt::WA_Hover);
     setFixedHeight(kRowHeight);
 }
 
@@ -85,29 +84,7 @@ void MacroTableItemView::setHovered(bool hovered)
         delBtnView->setVisible(hovered);
     if (editBtnView)
         editBtnView->setVisible(hovered);
-    image_ = hovered ? QStringLiteral("view_row_hover") : QString();
-    Theme::setTextColor(textView, hovered ? QColor(Qt::white) : Theme::normalText());
-    update();
-}
-
-void MacroTableItemView::enterEvent(QEnterEvent* event)
-{
-    setHovered(true);
-    QWidget::enterEvent(event);
-}
-
-void MacroTableItemView::leaveEvent(QEvent* event)
-{
-    setHovered(false);
-    QWidget::leaveEvent(event);
-}
-
-void MacroTableItemView::paintEvent(QPaintEvent*)
-{
-    if (image_.isEmpty())
-        return;
-    QPainter painter(this);
-    NamedImage::paintFill(painter, *this, image_);
+    TableItemView::setHovered(hovered);
 }
 
 TableItemView::TableItemView(QWidget* parent) : QWidget(parent)
@@ -128,24 +105,29 @@ void TableItemView::initView()
     image_.clear();
 }
 
+void TableItemView::setHovered(bool hovered)
+{
+    image_ = hovered ? QStringLiteral("view_row_hover") : QString();
+    Theme::setTextColor(textView, hovered ? QColor(Qt::white) : Theme::normalText());
+    update();
+}
+
 void TableItemView::enterEvent(QEnterEvent* event)
 {
-    image_ = QStringLiteral("view_row_hover");
-    Theme::setTextColor(textView, Qt::white);
-    update();
+    setHovered(true);
     QWidget::enterEvent(event);
 }
 
 void TableItemView::leaveEvent(QEvent* event)
 {
-    image_.clear();
-    Theme::setTextColor(textView, Theme::normalText());
-    update();
+    setHovered(false);
     QWidget::leaveEvent(event);
 }
 
 void TableItemView::paintEvent(QPaintEvent*)
 {
+    if (image_.isEmpty())
+        return;
     QPainter painter(this);
     NamedImage::paintFill(painter, *this, image_);
 }

@@ -33,34 +33,6 @@ protected:
     void leaveEvent(QEvent* event) override;
 };
 
-class MacroTableItemView : public QWidget {
-    Q_OBJECT
-public:
-    static constexpr int kRowHeight = 30;
-
-    explicit MacroTableItemView(QWidget* parent = nullptr);
-
-    // The index at every call, the views on the first only.
-    void initView(int index);
-
-    QLabel* textView = nullptr;
-    ImageButton* delBtnView = nullptr;
-    ImageButton* editBtnView = nullptr;
-    int tableViewIndex = 0;
-    bool initFinish = false;
-
-    QString shownImageName() const { return image_; }
-
-protected:
-    void enterEvent(QEnterEvent* event) override;
-    void leaveEvent(QEvent* event) override;
-    void paintEvent(QPaintEvent* event) override;
-
-private:
-    void setHovered(bool hovered);
-    QString image_;
-};
-
 class TableItemView : public QWidget {
     Q_OBJECT
 public:
@@ -75,10 +47,31 @@ public:
     QString shownImageName() const { return image_; }
 
 protected:
+    // Under the pointer: "view_row_hover" behind white text.
+    virtual void setHovered(bool hovered);
     void enterEvent(QEnterEvent* event) override;
     void leaveEvent(QEvent* event) override;
     void paintEvent(QPaintEvent* event) override;
 
 private:
     QString image_;
+};
+
+// A macro row hovers as any row and shows its two buttons while it does.
+class MacroTableItemView : public TableItemView {
+    Q_OBJECT
+public:
+    static constexpr int kRowHeight = 30;
+
+    explicit MacroTableItemView(QWidget* parent = nullptr);
+
+    // The index at every call, the views on the first only.
+    void initView(int index);
+
+    ImageButton* delBtnView = nullptr;
+    ImageButton* editBtnView = nullptr;
+    int tableViewIndex = 0;
+
+protected:
+    void setHovered(bool hovered) override;
 };
