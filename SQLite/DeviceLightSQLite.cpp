@@ -15,33 +15,7 @@
 
 using RecordStatements::guarded;
 using RecordStatements::guardedWrite;
-
-namespace {
-
-constexpr int kModeSpeed = 10;
-constexpr int kModeBrightness = 10;
-
-// Deletes the key's row in the mode, whatever its profile, and inserts the
-// new colour unless it is 0. Runs inside the caller's transaction.
-void replaceKeyRGB(SQLite::Database& db, const RGBData& data)
-{
-    SQLite::Statement remove(db, R"(DELETE FROM "t_keyrgbdata" WHERE "lightId" = ? AND "keyvalue" = ?)");
-    remove.bind(1, data.lightId);
-    remove.bind(2, data.keyvalue);
-    remove.exec();
-    StoreSupport::reachStep("light.rgb.delete");
-    if (data.rgbvalue == 0)
-        return;  // no row is how a key loses its colour
-    SQLite::Statement insert(db, R"(INSERT INTO "t_keyrgbdata" ("lightId", "profId", "keyvalue", "rgbvalue")
-                                    VALUES (?, ?, ?, ?))");
-    insert.bind(1, data.lightId);
-    insert.bind(2, data.profile);
-    insert.bind(3, data.keyvalue);
-    insert.bind(4, data.rgbvalue);
-    insert.exec();
-}
-
-}  // namespace
+using RecordStatements::replaceKeyRGB;
 
 bool DeviceSQLite::queryUserLightList(std::vector<userLightData>& dataArray) const
 {
@@ -61,13 +35,7 @@ bool DeviceSQLite::queryUserLightList(std::vector<userLightData>& dataArray) con
 int64_t DeviceSQLite::addUserLight(const QString& name)
 {
     return guarded(db, "addUserLight", int64_t{0}, [&](SQLite::Database& connection) {
-        SQLite::Statement insert(connection, R"(INSERT INTO "t_userlightdata" ("lightName", "speed", "brightness")
-                                                VALUES (?, ?, ?))");
-        insert.bind(1, name.toStdString());
-        insert.bind(2, kModeSpeed);
-        insert.bind(3, kModeBrightness);
-        insert.exec();
-        return connection.getLastInsertRowid();
+        return RecordStatements::insertUserLight(connection, name);
     });
 }
 

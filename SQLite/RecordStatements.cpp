@@ -15,6 +15,40 @@ int64_t storedPlayTimes(int64_t playTimes)
     return std::clamp(playTimes, kMinPlayTimes, kMaxPlayTimes);
 }
 
+namespace {
+constexpr int kModeSpeed = 10;
+constexpr int kModeBrightness = 10;
+}  // namespace
+
+int64_t insertUserLight(SQLite::Database& db, const QString& name)
+{
+    SQLite::Statement insert(db, R"(INSERT INTO "t_userlightdata" ("lightName", "speed", "brightness")
+                                    VALUES (?, ?, ?))");
+    insert.bind(1, name.toStdString());
+    insert.bind(2, kModeSpeed);
+    insert.bind(3, kModeBrightness);
+    insert.exec();
+    return db.getLastInsertRowid();
+}
+
+void replaceKeyRGB(SQLite::Database& db, const RGBData& data)
+{
+    SQLite::Statement remove(db, R"(DELETE FROM "t_keyrgbdata" WHERE "lightId" = ? AND "keyvalue" = ?)");
+    remove.bind(1, data.lightId);
+    remove.bind(2, data.keyvalue);
+    remove.exec();
+    StoreSupport::reachStep("light.rgb.delete");
+    if (data.rgbvalue == 0)
+        return;
+    SQLite::Statement insert(db, R"(INSERT INTO "t_keyrgbdata" ("lightId", "profId", "keyvalue", "rgbvalue")
+                                    VALUES (?, ?, ?, ?))");
+    insert.bind(1, data.lightId);
+    insert.bind(2, data.profile);
+    insert.bind(3, data.keyvalue);
+    insert.bind(4, data.rgbvalue);
+    insert.exec();
+}
+
 int64_t replaceKeyAssignment(SQLite::Database& db, const ProfileKey& data)
 {
     if (data.keyValue == 0)

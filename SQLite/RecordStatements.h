@@ -9,6 +9,7 @@
 //   "macro.save.info"       after the macro's play count, delays and name are set
 //   "macro.save.steps"      after the macro's old steps are deleted
 //   "macro.save.step.N"     after step N (from 1) is inserted
+//   "light.rgb.delete"      after a key's old colour in a mode is deleted
 
 #include "Common/Records.h"
 
@@ -35,6 +36,12 @@ int64_t storedPlayTimes(int64_t playTimes);
 int64_t replaceKeyAssignment(SQLite::Database& db, const ProfileKey& data);
 // One insert into "t_keyprofile", nothing deleted: the new row id.
 int64_t insertKeyAssignment(SQLite::Database& db, const ProfileKey& data);
+// A new user light mode named `name`, with the speed and brightness every
+// new mode starts with: its id.
+int64_t insertUserLight(SQLite::Database& db, const QString& name);
+// Deletes the key's colour in the mode, whatever its profile, and inserts
+// the new one unless it is 0: no row is how a key loses its colour.
+void replaceKeyRGB(SQLite::Database& db, const RGBData& data);
 // The rows of a query of "keyId", "profId", "keyvalue", "macroType",
 // "macroValue", "macro2Value", "macro3Value", "macroDesc", `layerId` 0.
 std::vector<ProfileKey> keyAssignmentRows(SQLite::Statement& query);
