@@ -7,6 +7,7 @@
 //     16 ms, one frame), beside the same loop's stall with nothing to do.
 // Usage: macro_upload [runs]
 #include "Common/DataPaths.h"
+#include "BenchSession.h"
 #include "HIDDevice/Platform/Virtual/VirtualBus.h"
 #include "HIDDevice/Platform/Virtual/VirtualHidManager.h"
 #include "Protocol/MacroStoreBlock.h"
@@ -60,15 +61,10 @@ int main(int argc, char** argv)
     QTemporaryDir data;
     DataPaths::setDataFolderOverride(data.path());
 
-    auto bus = std::make_shared<VirtualBus>();
-    auto keyboard = std::make_shared<VirtualKeyboard>(VirtualKeyboard::Model::M61);
-    MainController::Environment env;
-    env.hidManagerFactory = [bus] { return std::make_unique<VirtualHidManager>(bus); };
-    MainController controller(env);
-    controller.viewDidLoad();
-    controller.show();
-    bus->plug(keyboard);
-    if (!waitFor([&] { return controller.currentTransport() && !controller.hidcomm_busy(); })) {
+    BenchSession session(VirtualKeyboard::Model::M61);
+    MainController& controller = *session.controller;
+    const std::shared_ptr<VirtualKeyboard>& keyboard = session.keyboard;
+    if (!session.connected()) {
         std::fprintf(stderr, "the virtual keyboard did not connect\n");
         return 1;
     }

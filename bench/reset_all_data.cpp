@@ -6,6 +6,7 @@
 //
 // Run: build/bench/reset_all_data [--benchmark_repetitions=N]
 #include "Common/DataPaths.h"
+#include "BenchSession.h"
 #include "Common/Globals.h"
 #include "HIDDevice/Platform/Virtual/VirtualHidManager.h"
 #include "SQLite/DeviceSQLite.h"
@@ -105,19 +106,15 @@ void BM_ResetAllData(benchmark::State& state)
 
     // Real pauses, summed: their total is the floor of the wire time.
     std::atomic<long long> pausedUs = 0;
-    auto bus = std::make_shared<VirtualBus>();
-    auto keyboard = std::make_shared<VirtualKeyboard>(VirtualKeyboard::Model::M61);
-    MainController::Environment env;
-    env.hidManagerFactory = [bus] { return std::make_unique<VirtualHidManager>(bus); };
-    env.transportSleeper = [&pausedUs](std::chrono::milliseconds ms) {
-        pausedUs += std::chrono::duration_cast<std::chrono::microseconds>(ms).count();
-        std::this_thread::sleep_for(ms);
-    };
-    MainController controller(env);
-    controller.viewDidLoad();
-    controller.show();
-    bus->plug(keyboard);
-    if (!spinUntil([&] { return controller.currentTransport() && !controller.hidcomm_busy(); })) {
+    BenchSession session(VirtualKeyboard::Model::M61, [&pausedUs](MainController::Environment& env) {
+        env.transportSleeper = [&pausedUs](std::chrono::milliseconds ms) {
+            pausedUs += std::chrono::duration_cast<std::chrono::microseconds>(ms).count();
+            std::this_thread::sleep_for(ms);
+        };
+    });
+    MainController& controller = *session.controller;
+    const std::shared_ptr<VirtualKeyboard>& keyboard = session.keyboard;
+    if (!session.connected(30000)) {
         state.SkipWithError("the virtual keyboard did not connect");
         return;
     }
@@ -134,7 +131,7 @@ void BM_ResetAllData(benchmark::State& state)
     for (auto _ : state) {
         // Something to reset in every profile.
         for (int p = 1; p <= 4; ++p)
-            controller.deviceDB->addKeyProfile({.profId = p, .keyValue = 41, .macroType = 16, .macroValue = 1});
+            controller.deviceDB->addKeyProfile({.profId = p, .keyValue = 41, .macroType = 16, .macroValue = 1, .macroDesc = {}});
         pausedUs = 0;
         watch.start();
         const auto start = Clock::now();

@@ -7,6 +7,7 @@
 //     colour dialog that reports a new colour every millisecond.
 // Both are measured again with a write-ahead log, for comparison.
 #include "Common/DataPaths.h"
+#include "BenchSession.h"
 #include "HIDDevice/Platform/Virtual/VirtualHidManager.h"
 #include "SQLite/DeviceSQLite.h"
 #include "Simulator/VirtualKeyboard.h"
@@ -98,15 +99,9 @@ int main(int argc, char** argv)
     const QString folder = argc > 1 ? QString::fromLocal8Bit(argv[1]) : temporary.path();
     DataPaths::setDataFolderOverride(folder);
 
-    auto bus = std::make_shared<VirtualBus>();
-    auto keyboard = std::make_shared<VirtualKeyboard>(VirtualKeyboard::Model::K68);
-    MainController::Environment env;
-    env.hidManagerFactory = [bus] { return std::make_unique<VirtualHidManager>(bus); };
-    MainController controller(env);
-    controller.viewDidLoad();
-    controller.show();
-    bus->plug(keyboard);
-    if (!turnUntil([&] { return controller.deviceDB && controller.currentTransport() && !controller.hidcomm_busy(); })) {
+    BenchSession session(VirtualKeyboard::Model::K68);
+    MainController& controller = *session.controller;
+    if (!session.connected()) {
         std::fprintf(stderr, "the virtual keyboard did not connect\n");
         return 1;
     }

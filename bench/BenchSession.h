@@ -1,0 +1,45 @@
+#pragma once
+// The window controller in session with a virtual keyboard, for the scripted
+// measurements: the same start as a user's, with the keyboard plugged in.
+// `adjust` may add to the environment (the transport's pauses, for one).
+#include "HIDDevice/Platform/Virtual/VirtualHidManager.h"
+#include "Simulator/VirtualKeyboard.h"
+#include "View/MainController.h"
+
+#include <QCoreApplication>
+#include <QElapsedTimer>
+
+#include <functional>
+#include <memory>
+
+struct BenchSession {
+    std::shared_ptr<VirtualBus> bus = std::make_shared<VirtualBus>();
+    std::shared_ptr<VirtualKeyboard> keyboard;
+    std::unique_ptr<MainController> controller;
+
+    explicit BenchSession(VirtualKeyboard::Model model,
+                          const std::function<void(MainController::Environment&)>& adjust = {})
+        : keyboard(std::make_shared<VirtualKeyboard>(model))
+    {
+        MainController::Environment env;
+        env.hidManagerFactory = [bus = bus] { return std::make_unique<VirtualHidManager>(bus); };
+        if (adjust)
+            adjust(env);
+        controller = std::make_unique<MainController>(env);
+        controller->viewDidLoad();
+        controller->show();
+        bus->plug(keyboard);
+    }
+
+    // Turns the event loop until the connection's uploads are done; false
+    // when that takes longer than `timeoutMs`.
+    bool connected(int timeoutMs = 20000)
+    {
+        const auto done = [&] { return controller->deviceDB && controller->currentTransport() && !controller->hidcomm_busy(); };
+        QElapsedTimer clock;
+        clock.start();
+        while (!done() && clock.elapsed() < timeoutMs)
+            QCoreApplication::processEvents(QEventLoop::AllEvents, 5);
+        return done();
+    }
+};
