@@ -61,7 +61,7 @@ void MainController::initLanguageButton()
 {
     imgbtn_language = new ImageButton(this);
     imgbtn_language->setObjectName(QStringLiteral("imgbtn_language"));
-    imgbtn_language->setGeometry(flippedRect(kWindowHeight, 984, 684, 24, 24));
+    imgbtn_language->setGeometry(flippedRect(kWindowHeight, 952, 684, 24, 24));
     imgbtn_language->initControl(languageButtonImage(false), languageButtonImage(true));
     connect(imgbtn_language, &QAbstractButton::clicked, this, &MainController::action_language);
 }

@@ -16,7 +16,8 @@
 // key table of a profile), MainControllerKeyFunc (writing an assignment),
 // MainControllerMacro (the macro page and the macro store),
 // MainControllerUserLight and MainControllerUserLightPaint (user light modes),
-// MainControllerLinks (the user guide and the web links),
+// MainControllerLinks (the user guide and the web links), MainControllerPages
+// (the function buttons and pages), MainControllerModelList (the model list),
 // MainControllerExchange (the ".key" and ".light" files), MainControllerKeyMenu
 // and MainControllerToolTip (the key menus and the key tool tip).
 
@@ -44,6 +45,8 @@
 #include <vector>
 
 class CaseColorButton;
+class FuncButton;
+class QAbstractAnimation;
 class QAbstractButton;
 class QUrl;
 class DeviceSQLite;
@@ -127,6 +130,8 @@ public:
     // ---- Window (MainControllerUI) ---------------------------------------
     void InitUI();
     void setCurrentDevice(int curDevType);
+    void action_closewindow();
+    void action_minwindow();
     void registerNotification();
     // A problem in plain words (a missing permission, a damaged or locked
     // file), with what to do. The window shows one message per topic, the
@@ -195,7 +200,44 @@ public:
     ImageButton* imgbtn_close = nullptr;
     ImageButton* imgbtn_min = nullptr;
     ImageButton* imgbtn_usb = nullptr;
+    ImageButton* imgbtn_nofity = nullptr;  // shows, does nothing
     QLabel* label_problem = nullptr;
+
+    // ---- Pages (MainControllerPages) ----------------------------------------
+    // `viewType` is the page on show: 1 keys and macros, 2 light, 3 system.
+    // Each handler does nothing on its own page; the page's function button
+    // is the one selected.
+    void initFuncButtons();
+    void removePreView();
+    void action_func_key();
+    void action_func_light();
+    void action_func_set();
+    FuncButton* func_keyset = nullptr;
+    FuncButton* func_light = nullptr;
+    FuncButton* func_set = nullptr;
+    FuncButton* func_store = nullptr;
+
+    // ---- Model list (MainControllerModelList) -------------------------------
+    // Shows another model's layout; the device and its data stay as they are.
+    void initModelList();
+    void action_device_select_up();       // 68-key
+    void action_device_select_current();  // 61-key
+    void action_device_select_down();     // CNC
+    void action_device_toup();            // one model further down the list
+    void action_device_todown();          // one model further up
+    // Turns the list so `newkb_type` is in the centre and slides the
+    // keyboard picture; reads the old `keyboardType`, so it runs before
+    // that changes.
+    void setDeviceListIconRect(int newkb_type, QAbstractButton* dev_btn);
+    // The picture of a model in its stored case colour, for the slide.
+    QString getNewAnimationImage(int newkb_type);
+    QString getOldAnimationImage();
+    ImageButton* modelListButton(int keyboardTypeOfButton) const;
+    ImageButton* device_select_up = nullptr;       // index 0
+    ImageButton* device_select_current = nullptr;  // index 1
+    ImageButton* device_select_down = nullptr;     // index 2
+    ImageButton* imgbtn_dev_up = nullptr;
+    ImageButton* imgbtn_dev_down = nullptr;
 
     // ---- Texts, language menu and light page (LanguageSwitch,
     //      MainControllerSystem, MainControllerLight) -----------------------
@@ -254,7 +296,7 @@ public:
     void askToReset(int msgId);
     void resetCurrent();
     void resetAllData();
-    QAbstractButton* imgbtn_profile = nullptr;
+    IconButton* imgbtn_profile = nullptr;
     QAbstractButton* imgbtn_menu = nullptr;
     PofilePopoverViewController* profilePopover = nullptr;  // made on first use
     MenuPopoverViewController* menuPopover = nullptr;       // made on first use
@@ -393,6 +435,17 @@ private:
     void initKeyboardPicture();
     void runLayoutBuilder(int newKeyboardType);
     void buildKeyboardLayout(const KeyboardModelLayout& model);
+    // The case colour digit stored for a model; an empty one is stored as
+    // "1" (white) and answered so.
+    QString storedCaseDigit(const KeyboardModelLayout& model);
+
+    // ---- Pages and model list -----------------------------------------------
+    void initTitleButtons();  // close, minimise, notification, connection
+    void showPage(int page);
+    FuncButton* funcButtonOfPage(int page) const;
+    void showModel(int newKeyboardType);
+    // The running move of each model list button, by its index.
+    std::array<QPointer<QAbstractAnimation>, 3> modelListMoves_;
     void setCaseColourButtonSelected(int tag);
     std::array<CaseColorButton*, 4> caseColourButtons() const;
     static int caseColourButtonX(int tag);

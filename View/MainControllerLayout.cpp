@@ -54,6 +54,17 @@ void MainController::runLayoutBuilder(int newKeyboardType)
     }
 }
 
+QString MainController::storedCaseDigit(const KeyboardModelLayout& model)
+{
+    const QString digit = localDB ? localDB->getLocalData(kOwner, model.localKey) : QString();
+    if (!digit.isEmpty())
+        return digit;
+    // A model shown for the first time starts white.
+    if (localDB)
+        localDB->writeLocalData(kOwner, model.localKey, QStringLiteral("1"));
+    return QStringLiteral("1");
+}
+
 void MainController::buildKeyboardLayout(const KeyboardModelLayout& model)
 {
     resetKBColorRect(kCaseColourFirstTag);
@@ -63,13 +74,7 @@ void MainController::buildKeyboardLayout(const KeyboardModelLayout& model)
     if (newKBLayout)
         newKBLayout->hide();
 
-    QString digit = localDB ? localDB->getLocalData(kOwner, model.localKey) : QString();
-    if (digit.isEmpty()) {
-        // A model shown for the first time starts white.
-        if (localDB)
-            localDB->writeLocalData(kOwner, model.localKey, QStringLiteral("1"));
-        digit = QStringLiteral("1");
-    }
+    const QString digit = storedCaseDigit(model);
     if (orvane_keyboardctrl) {
         orvane_keyboardctrl->setFrameOrigin(model.frame.x, model.frame.y);
         orvane_keyboardctrl->setBoundsSize(QSizeF(model.frame.width, model.frame.height));

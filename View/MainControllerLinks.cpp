@@ -31,13 +31,13 @@ struct LinkButton {
 };
 
 constexpr LinkButton kLinkButtons[] = {
-    {&MainController::imgbtn_doc, "imgbtn_doc", "User guide", "用户指南", "sysbtn_doc_n", "sysbtn_doc_h", 610,
+    {&MainController::imgbtn_doc, "imgbtn_doc", "User guide", "用户指南", "sysbtn_doc_n", "sysbtn_doc_h", 586,
      &MainController::action_doc},
-    {&MainController::imgbtn_home, "imgbtn_home", "Orvane home page", "Orvane 官网", "btn_home_n", "btn_home_h", 652,
+    {&MainController::imgbtn_home, "imgbtn_home", "Orvane home page", "Orvane 官网", "btn_home_n", "btn_home_h", 628,
      &MainController::action_homewebsite},
     {&MainController::imgbtn_facebook, "imgbtn_facebook", "Orvane on Facebook", "Orvane Facebook 主页",
-     "btn_facebook_n", "btn_facebook_h", 684, &MainController::action_fecebookwebsite},
-    {&MainController::imgbtn_chat, "imgbtn_chat", "Orvane forum", "Orvane 论坛", "btn_chat_n", "btn_chat_h", 716,
+     "btn_facebook_n", "btn_facebook_h", 660, &MainController::action_fecebookwebsite},
+    {&MainController::imgbtn_chat, "imgbtn_chat", "Orvane forum", "Orvane 论坛", "btn_chat_n", "btn_chat_h", 692,
      &MainController::action_chatwebsite},
 };
 

@@ -3,6 +3,7 @@
 #include "View/MainController.h"
 
 #include "Language/Language.h"
+#include "View/control/ButtonView.h"
 #include "View/control/FlippedRect.h"
 #include "View/popover/LanguagePopoverViewController.h"
 #include "View/popover/MenuPopoverViewController.h"
@@ -17,23 +18,24 @@ constexpr int kMenuResetCurrent = 1002;
 
 void MainController::initMenuButtons()
 {
-    // Plain buttons in the title row, left of the language button, until the
-    // image buttons of the title row replace them.
-    imgbtn_profile = new QPushButton(languageText(profileTextId(currentProfile)), this);
+    imgbtn_profile = new IconButton(this);
     imgbtn_profile->setObjectName(QStringLiteral("imgbtn_profile"));
-    imgbtn_profile->setGeometry(flippedRect(kWindowHeight, 770, 680, 150, 32));
+    imgbtn_profile->setGeometry(flippedRect(kWindowHeight, 740, 680, 150, 32));
+    imgbtn_profile->initControl(QStringLiteral("imgbtn_menu_n"), QStringLiteral("imgbtn_menu_h"));
+    imgbtn_profile->setIcon(QStringLiteral("icon_menu_dropdown_n"), QStringLiteral("icon_menu_dropdown_h"),
+                            QRect(30, 12, 12, 7));
+    imgbtn_profile->setText(QRect(60, 8, 90, 16), QStringLiteral("Profile A"));
     connect(imgbtn_profile, &QAbstractButton::clicked, this, &MainController::action_switchprofile);
 
     imgbtn_menu = new QPushButton(QStringLiteral("\u2630"), this);
     imgbtn_menu->setObjectName(QStringLiteral("imgbtn_menu"));
-    imgbtn_menu->setGeometry(flippedRect(kWindowHeight, 932, 680, 40, 32));
+    imgbtn_menu->setGeometry(flippedRect(kWindowHeight, 900, 680, 40, 32));
     connect(imgbtn_menu, &QAbstractButton::clicked, this, &MainController::action_menu);
 
     // The panel look of the pages, the hover blue under the pointer.
     const QString look = QStringLiteral(
         "QPushButton { background: #ffffff; color: #0d0d0d; border: 1px solid #e3e6ea; border-radius: 6px; }"
         "QPushButton:hover { background: #39a5ff; color: #ffffff; border-color: #39a5ff; }");
-    imgbtn_profile->setStyleSheet(look);
     imgbtn_menu->setStyleSheet(look);
 }
 

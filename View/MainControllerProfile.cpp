@@ -4,6 +4,7 @@
 #include "Language/Language.h"
 #include "Protocol/UploadSequences.h"
 #include "SQLite/DeviceSQLite.h"
+#include "View/control/ButtonView.h"
 
 #include <QAbstractButton>
 
@@ -70,7 +71,7 @@ void MainController::swicthProfile(int profileId)
         deviceDB->updateConfigData(1, QStringLiteral("currentProfile"), QString::number(profileId));
     // A number with no name (outside 1 to 5) leaves the label as it was.
     if (const int textId = profileTextId(profileId); textId && imgbtn_profile)
-        imgbtn_profile->setText(languageText(textId));
+        imgbtn_profile->setTitle(languageText(textId));
     currentProfile = profileId;
     loadBacklightData();
     // The keyboard holds every profile's key table already: only the picture

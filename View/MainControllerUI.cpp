@@ -12,25 +12,7 @@
 void MainController::InitUI()
 {
     resize(kWindowWidth, kWindowHeight);
-
-    imgbtn_close = new ImageButton(this);
-    imgbtn_close->setObjectName(QStringLiteral("imgbtn_close"));
-    imgbtn_close->setGeometry(flippedRect(kWindowHeight, 1116, 684, 24, 24));
-    imgbtn_close->initControl(QStringLiteral("sys_btn_close_n"), QStringLiteral("sys_btn_close_h"));
-    imgbtn_close->setToolTip(tr("Quit"));
-    connect(imgbtn_close, &QAbstractButton::clicked, this, [this] { window()->close(); });
-
-    imgbtn_min = new ImageButton(this);
-    imgbtn_min->setObjectName(QStringLiteral("imgbtn_min"));
-    imgbtn_min->setGeometry(flippedRect(kWindowHeight, 1080, 684, 24, 24));
-    imgbtn_min->initControl(QStringLiteral("sys_btn_min_n"), QStringLiteral("sys_btn_min_h"));
-    connect(imgbtn_min, &QAbstractButton::clicked, this, [this] { window()->showMinimized(); });
-
-    imgbtn_usb = new ImageButton(this);
-    imgbtn_usb->setObjectName(QStringLiteral("imgbtn_usb"));
-    imgbtn_usb->setGeometry(flippedRect(kWindowHeight, 1020, 682, 28, 28));
-    imgbtn_usb->initControl(QStringLiteral("sys_btn_usb_n"), QStringLiteral("sys_btn_usb_n"));
-    imgbtn_usb->setToolTip(tr("No keyboard connected"));
+    initTitleButtons();
 
     label_problem = new QLabel(this);
     label_problem->setObjectName(QStringLiteral("label_problem"));
@@ -39,29 +21,64 @@ void MainController::InitUI()
     label_problem->setStyleSheet(QStringLiteral(
         "QLabel { background: #fff4e5; color: #3d2a00; border: 1px solid #f0c36d; border-radius: 6px; padding: 8px 12px; }"));
     label_problem->hide();
-    layoutProblems();
 
-    initKeyboardPicture();
-
-    // Texts and the light page. The light page is the page on show until
-    // the function buttons come to switch pages.
     useChineseCapableFont();
     initLanguageButton();
-    initLightPage();
-    initSystemPage();
     // Profile and main menu buttons.
     initMenuButtons();
     // User guide and web links.
     initLinkButtons();
+    initModelList();
+    initFuncButtons();
+    initKeyboardPicture();
+
+    // The pages share one place at the right; the key page shows first.
+    initMacroPage();
+    initLightPage();
     initLightTableData();
     action_ligjhtmode_tab();
-    viewType = 2;
-    sysset_view->setVisible(viewType == 3);
-    // Macro page
-    initMacroPage();
-    macro_view->setVisible(viewType == 1);
+    initSystemPage();
+    light_view->hide();
+    userlight_view->hide();
+    sysset_view->hide();
+    macro_view->show();
+    viewType = 1;
     LanguageSwicth();
+    // On top of everything, once there is something to say.
+    layoutProblems();
 }
+
+void MainController::initTitleButtons()
+{
+    const struct {
+        ImageButton* MainController::*field;
+        const char* name;
+        const char* normal;
+        const char* hover;
+        QRect frame;
+    } buttons[] = {
+        {&MainController::imgbtn_close, "imgbtn_close", "sys_btn_close_n", "sys_btn_close_h", {1116, 684, 24, 24}},
+        {&MainController::imgbtn_min, "imgbtn_min", "sys_btn_min_n", "sys_btn_min_h", {1080, 684, 24, 24}},
+        {&MainController::imgbtn_usb, "imgbtn_usb", "sys_btn_usb_n", "sys_btn_usb_n", {1022, 682, 28, 28}},
+        {&MainController::imgbtn_nofity, "imgbtn_nofity", "sys_btn_nofity_n", "sys_btn_nofity_n", {988, 684, 24, 24}},
+    };
+    for (const auto& b : buttons) {
+        auto* button = new ImageButton(this);
+        button->setObjectName(QString::fromLatin1(b.name));
+        button->setGeometry(flippedRect(kWindowHeight, b.frame.x(), b.frame.y(), b.frame.width(), b.frame.height()));
+        button->initControl(QString::fromLatin1(b.normal), QString::fromLatin1(b.hover));
+        this->*b.field = button;
+    }
+    imgbtn_close->setToolTip(tr("Quit"));
+    connect(imgbtn_close, &QAbstractButton::clicked, this, &MainController::action_closewindow);
+    connect(imgbtn_min, &QAbstractButton::clicked, this, &MainController::action_minwindow);
+    imgbtn_usb->setToolTip(tr("No keyboard connected"));
+    // The keyboard sends no news, so the bell has nothing to open.
+    imgbtn_nofity->setToolTip(tr("No notifications"));
+}
+
+void MainController::action_closewindow() { window()->close(); }
+void MainController::action_minwindow() { window()->showMinimized(); }
 
 void MainController::setCurrentDevice(int curDevType)
 {
@@ -69,6 +86,7 @@ void MainController::setCurrentDevice(int curDevType)
     if (keyboardType == target)
         return;
     runLayoutBuilder(target);
+    setDeviceListIconRect(target, modelListButton(target));
     keyboardType = target;
 }
 

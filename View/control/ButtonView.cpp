@@ -67,6 +67,7 @@ void IconButton::setText(const QRect& text_rt, const QString& title)
 {
     text_rect = text_rt;
     btn_text = title;
+    QAbstractButton::setText(title);  // for text() and screen readers
     if (!textView) {
         textView = new QLabel(this);
         textView->setAttribute(Qt::WA_TransparentForMouseEvents);

@@ -38,6 +38,9 @@ private:
 // and the title turns white. Rectangles are given y-up within the button.
 class IconButton : public ImageButton {
     Q_OBJECT
+    // The title is the button's text: the language switch sets it as it
+    // sets every control's.
+    Q_PROPERTY(QString text READ text WRITE setTitle)
 public:
     using ImageButton::ImageButton;
 
@@ -45,6 +48,8 @@ public:
     void setIcon(const QString& icon_normal, const QString& icon_hover, const QRect& icon_rt);
     // The text field is made on first use; later calls keep its frame.
     void setText(const QRect& text_rt, const QString& title);
+    // A new title in the text field's frame.
+    void setTitle(const QString& title) { setText(text_rect, title); }
 
     QString icon_normal_name;
     QString icon_hover_name;

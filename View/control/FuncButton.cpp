@@ -15,8 +15,19 @@ void FuncButton::initControl(const QString& img_normal, const QString& img_hover
         textView->setGeometry(flippedRect(height(), 2, 100, 150, 30));
         textView->setAlignment(Qt::AlignCenter);
         textView->setAttribute(Qt::WA_TransparentForMouseEvents);
+        QFont font = textView->font();
+        font.setPixelSize(15);
+        font.setWeight(QFont::DemiBold);
+        textView->setFont(font);
         Theme::setTextColor(textView, Theme::normalText());
     }
+}
+
+void FuncButton::setTitle(const QString& title)
+{
+    if (textView)
+        textView->setText(title);
+    setAccessibleName(title);
 }
 
 void FuncButton::setSelect(bool select)

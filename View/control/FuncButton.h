@@ -13,12 +13,17 @@
 
 class FuncButton : public ImageButton {
     Q_OBJECT
+    // The title is the button's text: the language switch sets it as it
+    // sets every control's.
+    Q_PROPERTY(QString text READ title WRITE setTitle)
 public:
     using ImageButton::ImageButton;
 
     // As ImageButton's; the title view is made on the first call only.
     void initControl(const QString& img_normal, const QString& img_hover, const QString& title);
     void setSelect(bool select);
+    QString title() const { return textView ? textView->text() : QString(); }
+    void setTitle(const QString& title);
 
     bool isSelect = false;
     QLabel* textView = nullptr;

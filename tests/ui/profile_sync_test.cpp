@@ -2,6 +2,7 @@
 // keyboard choosing a profile, the profile and main menus, the two resets.
 #include "SQLite/DeviceSQLite.h"
 #include "View/KeyboardLayout/KeyCodeMaps.h"
+#include "View/control/ButtonView.h"
 #include "View/control/KeyboardView.h"
 #include "View/control/MenuItemView.h"
 #include "View/popover/MenuPopoverViewController.h"
