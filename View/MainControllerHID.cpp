@@ -71,7 +71,7 @@ void MainController::deviceDisconnected(const QVariant& object)
 void MainController::refreshUI()
 {
     // Every connection and disconnection brings the user back to the key page.
-    viewType = 1;
+    action_func_key();
     if (connectedDevice()) {
         ConnectDevice();
         imgbtn_usb->initControl(QStringLiteral("sys_btn_usb_h"), QStringLiteral("sys_btn_usb_h"));

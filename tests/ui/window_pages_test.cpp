@@ -1,0 +1,127 @@
+// The pages and the model list with no keyboard plugged in: what the user
+// can look at without one, and how the list turns.
+#include "Common/Globals.h"
+#include "SQLite/LocalSQLite.h"
+#include "View/MainController.h"
+#include "View/ModelList.h"
+#include "View/control/ButtonView.h"
+#include "View/control/FlippedRect.h"
+#include "View/control/FuncButton.h"
+#include "View/control/KeyboardView.h"
+#include "support/StoreTestSupport.h"
+#include "support/WaitUntil.h"
+
+#include <QTest>
+#include <gtest/gtest.h>
+
+namespace {
+
+class WindowWithoutKeyboard : public testing::Test {
+protected:
+    void SetUp() override
+    {
+        G_Language = kLanguageEnglish;
+        controller_.viewDidLoad();
+        controller_.show();
+    }
+
+    // The page buttons that show selected, by object name.
+    QStringList selectedButtons() const
+    {
+        QStringList names;
+        for (const FuncButton* b : {controller_.func_keyset, controller_.func_light, controller_.func_set,
+                                    controller_.func_store})
+            if (b->isSelect)
+                names << b->objectName();
+        return names;
+    }
+
+    QRect slot(ModelList::Slot s) const
+    {
+        const QRect r = ModelList::slotFrame(s);
+        return flippedRect(MainController::kWindowHeight, r.x(), r.y(), r.width(), r.height());
+    }
+
+    bool listAtRest(int centre) const
+    {
+        for (int model = 0; model < 3; ++model)
+            if (controller_.modelListButton(model)->geometry() != slot(ModelList::slotOf(model, centre)))
+                return false;
+        return true;
+    }
+
+    testing_support::TempDataFolder data_;
+    MainController controller_{MainController::Environment{[] { return std::unique_ptr<HidManager>(); }, {}, {}}};
+};
+
+}  // namespace
+
+TEST_F(WindowWithoutKeyboard, PagesOpenWithoutAKeyboardAndTheLightPageAlwaysOpensOnTheBuiltInEffects)
+{
+    EXPECT_EQ(controller_.viewType, 1);
+    EXPECT_TRUE(controller_.macro_view->isVisible());
+    EXPECT_EQ(selectedButtons(), QStringList{"func_keyset"});
+
+    QTest::mouseClick(controller_.func_light, Qt::LeftButton);
+    EXPECT_EQ(controller_.viewType, 2);
+    EXPECT_TRUE(controller_.light_view->isVisible());
+    EXPECT_FALSE(controller_.macro_view->isVisible());
+    controller_.action_userlightmode_tab();
+    ASSERT_TRUE(controller_.userlightmode_show);
+
+    QTest::mouseClick(controller_.func_set, Qt::LeftButton);
+    EXPECT_FALSE(controller_.userlightmode_show);
+    EXPECT_FALSE(controller_.userlight_view->isVisible());
+    EXPECT_TRUE(controller_.sysset_view->isVisible());
+    EXPECT_EQ(selectedButtons(), QStringList{"func_set"});
+    EXPECT_EQ(controller_.func_keyset->shownImageName(), "func_keyset_n");
+
+    QTest::mouseClick(controller_.func_light, Qt::LeftButton);
+    EXPECT_TRUE(controller_.light_mode_scrollview->isVisible());
+    EXPECT_FALSE(controller_.userlight_view->isVisible());
+
+    // The menus that change the keyboard stay shut.
+    controller_.action_menu();
+    controller_.action_switchprofile();
+    EXPECT_EQ(controller_.menuPopover, nullptr);
+    EXPECT_EQ(controller_.profilePopover, nullptr);
+
+    // A connection or a disconnection brings the user back to the key page.
+    controller_.refreshUI();
+    EXPECT_EQ(controller_.viewType, 1);
+    EXPECT_TRUE(controller_.macro_view->isVisible());
+    EXPECT_FALSE(controller_.light_view->isVisible());
+    EXPECT_EQ(selectedButtons(), QStringList{"func_keyset"});
+}
+
+TEST_F(WindowWithoutKeyboard, TheModelListTurnsRoundAndASecondTurnStartsFromTheSlots)
+{
+    ASSERT_TRUE(listAtRest(1));
+    QTest::mouseClick(controller_.device_select_current, Qt::LeftButton);
+    EXPECT_FALSE(controller_.orvane_keyboardctrl->isSliding());
+
+    for (int expected : {2, 0, 1}) {
+        QTest::mouseClick(controller_.imgbtn_dev_up, Qt::LeftButton);
+        EXPECT_EQ(controller_.keyboardType, expected);
+    }
+    // The third turn, stopped short by none, ends with every button home.
+    ASSERT_TRUE(waitUntil([&] { return listAtRest(1); }, 3000));
+
+    // A turn during a running one ends where the newest turn says.
+    QTest::mouseClick(controller_.device_select_up, Qt::LeftButton);
+    QTest::mouseClick(controller_.imgbtn_dev_down, Qt::LeftButton);
+    EXPECT_EQ(controller_.keyboardType, 2);
+    EXPECT_TRUE(waitUntil([&] { return listAtRest(2); }, 3000));
+    EXPECT_EQ(g_device_type, 1);  // the list shows a model, it does not connect one
+}
+
+TEST_F(WindowWithoutKeyboard, TheSlidePicturesFollowEachModelsStoredCaseColour)
+{
+    const QString owner = QString::fromLatin1(kLocalOwner);
+    controller_.localDB->updateLocalData(owner, QStringLiteral("kb_61k"), QStringLiteral("3"));
+    controller_.localDB->updateLocalData(owner, QStringLiteral("kb_61k_cnc"), QStringLiteral("4"));
+    controller_.localDB->updateLocalData(owner, QStringLiteral("kb_68k"), QStringLiteral("2"));
+    EXPECT_EQ(controller_.getOldAnimationImage(), "kb_61k");  // no blue 61-key: white
+    EXPECT_EQ(controller_.getNewAnimationImage(2), "kb_61k_cnc_purple");
+    EXPECT_EQ(controller_.getNewAnimationImage(0), "kb_68k_black");
+}
