@@ -1,0 +1,90 @@
+// How long a turn of the model list holds the window, with a 61-key virtual
+// keyboard connected (the list shows other models, the keyboard stays):
+//   - one click on the list's down arrow, which rebuilds the keyboard picture
+//     for the next model and starts the slides: median, 95th percentile and
+//     maximum of 60 clicks, each on a list at rest;
+//   - the longest stall of the event loop over 9 turns, each left to run its
+//     0.68-second slide to the end.
+#include "BenchSession.h"
+#include "Common/DataPaths.h"
+#include "View/MainController.h"
+#include "View/control/ButtonView.h"
+
+#include <QApplication>
+#include <QElapsedTimer>
+#include <QTemporaryDir>
+#include <QTimer>
+
+#include <algorithm>
+#include <cstdio>
+#include <vector>
+
+namespace {
+
+double ms(qint64 ns) { return double(ns) / 1e6; }
+
+void turnFor(int milliseconds)
+{
+    QElapsedTimer clock;
+    clock.start();
+    while (clock.elapsed() < milliseconds)
+        QApplication::processEvents(QEventLoop::AllEvents, 5);
+}
+
+void timeClicks(MainController& controller)
+{
+    std::vector<qint64> clicks;
+    QElapsedTimer clock;
+    for (int i = 0; i < 60; ++i) {
+        clock.start();
+        controller.imgbtn_dev_down->click();
+        clicks.push_back(clock.nsecsElapsed());
+        turnFor(20);
+    }
+    std::sort(clicks.begin(), clicks.end());
+    std::printf("one model list click (picture rebuilt, slides started): median %.2f ms, p95 %.2f ms, max %.2f ms "
+                "(60 clicks)\n",
+                ms(clicks[30]), ms(clicks[57]), ms(clicks.back()));
+}
+
+void timeTurns(MainController& controller)
+{
+    QElapsedTimer clock;
+    qint64 last = 0;
+    qint64 longest = 0;
+    QTimer heartbeat;
+    QObject::connect(&heartbeat, &QTimer::timeout, [&] {
+        const qint64 now = clock.nsecsElapsed();
+        longest = std::max(longest, now - last);
+        last = now;
+    });
+    clock.start();
+    heartbeat.start(0);
+    for (int i = 0; i < 9; ++i) {
+        controller.imgbtn_dev_up->click();
+        turnFor(800);
+    }
+    heartbeat.stop();
+    std::printf("9 model list turns with their slides: longest event-loop stall %.2f ms\n", ms(longest));
+}
+
+}  // namespace
+
+int main(int argc, char** argv)
+{
+    if (qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM"))
+        qputenv("QT_QPA_PLATFORM", "offscreen");
+    Q_INIT_RESOURCE(resources);
+    QApplication app(argc, argv);
+    QTemporaryDir temporary;
+    DataPaths::setDataFolderOverride(temporary.path());
+
+    BenchSession session(VirtualKeyboard::Model::M61);
+    if (!session.connected()) {
+        std::fprintf(stderr, "the virtual keyboard did not connect\n");
+        return 1;
+    }
+    timeClicks(*session.controller);
+    timeTurns(*session.controller);
+    return 0;
+}
