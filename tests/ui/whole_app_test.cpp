@@ -6,9 +6,7 @@
 #include "Language/Language.h"
 #include "SQLite/DeviceSQLite.h"
 #include "View/KeyboardLayout/KeyCodeMaps.h"
-#include "View/ModelList.h"
 #include "View/control/ButtonView.h"
-#include "View/control/FlippedRect.h"
 #include "View/control/FuncButton.h"
 #include "View/control/ImageTitleButton.h"
 #include "View/control/KeyboardView.h"
@@ -112,22 +110,11 @@ protected:
                 out << button->objectName();
         return (out.join(' ') + ' ' + QString::number(c.viewType)).toStdString();
     }
-    // Where each model list button stands, by slot.
+    // Where the 68-key, 61-key and CNC buttons of the model list stand.
     std::vector<QRect> listFrames()
     {
-        std::vector<QRect> out;
-        for (int model = 0; model < 3; ++model)
-            out.push_back(controller->modelListButton(model)->geometry());
-        return out;
-    }
-    std::vector<QRect> slotsWithCentre(int centre)
-    {
-        std::vector<QRect> out;
-        for (int model = 0; model < 3; ++model) {
-            const QRect r = ModelList::slotFrame(ModelList::slotOf(model, centre));
-            out.push_back(flippedRect(MainController::kWindowHeight, r.x(), r.y(), r.width(), r.height()));
-        }
-        return out;
+        const MainController& c = *controller;
+        return {c.device_select_up->geometry(), c.device_select_current->geometry(), c.device_select_down->geometry()};
     }
     QString picture() { return controller->orvane_keyboardctrl->kbImageView->imageName(); }
 
@@ -187,17 +174,21 @@ TEST_F(WholeApp, PagesPopoversAndTheModelListChangeTheWindowAndSendNothing)
     // Three steps down the list come back to the 61-key, each button in its
     // slot after each step and the picture following; the centre button is
     // the model on show and does nothing.
-    ASSERT_EQ(listFrames(), slotsWithCentre(1));
-    for (const auto& [model, shown] : {std::pair{2, "kb_61k_cnc"}, {0, "kb_68k"}, {1, "kb_61k"}}) {
+    const QRect upper(15, 202, 138, 58), centre(0, 324, 166, 76), lower(15, 472, 138, 58);
+    const std::vector<QRect> atStart{upper, centre, lower};
+    ASSERT_EQ(listFrames(), atStart);
+    for (const auto& [model, shown, frames] : {std::tuple{2, "kb_61k_cnc", std::vector{lower, upper, centre}},
+                                               {0, "kb_68k", std::vector{centre, lower, upper}},
+                                               {1, "kb_61k", atStart}}) {
         click(c.imgbtn_dev_up);
         advanceMoves(1);
         EXPECT_EQ(c.keyboardType, model);
-        EXPECT_EQ(listFrames(), slotsWithCentre(model)) << model;
+        EXPECT_EQ(listFrames(), frames) << model;
         EXPECT_EQ(picture(), shown);
     }
     click(c.device_select_current);
     EXPECT_TRUE(runningMoves().isEmpty());
-    EXPECT_EQ(listFrames(), slotsWithCentre(1));
+    EXPECT_EQ(listFrames(), atStart);
     EXPECT_TRUE(c.deviceState);
     EXPECT_EQ(g_device_type, 1);
     EXPECT_EQ(framesSince(start), std::vector<std::string>{});
