@@ -209,6 +209,7 @@ TEST_F(WholeApp, AProfileGoesToAFileAndComesBackIntoAnotherProfileWithoutAFrame)
     const int beforeSwitch = settledSetCount();
     click(c.imgbtn_profile);
     command(c.profilePopover->profileB);
+    keyboard->setActiveProfile(2);  // so that a status poll meanwhile keeps profile B
     EXPECT_EQ(c.imgbtn_profile->text(), "Profile B");
     EXPECT_EQ(framesSince(beforeSwitch),
               (std::vector<std::string>{frame({0x04, 0x18}), frame({0x04, 0x13, 0x02, 0, 0, 0, 0, 0, 0x01}),
