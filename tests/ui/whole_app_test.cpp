@@ -246,17 +246,16 @@ TEST_F(WholeApp, ScreenshotsOfEveryPageOfEachModelInBothLanguages)
         writer.setQuality(0);  // smallest file
         writer.write(c.grab().toImage().convertToFormat(QImage::Format_RGB888));
     };
-    const std::vector<std::pair<QString, std::function<void()>>> pages{
-        {"keys", [&] { c.action_func_key(); }},
-        {"light", [&] { c.action_func_light(); }},
-        {"user-light", [&] { c.action_userlightmode_tab(); }},
-        {"system", [&] { c.action_func_set(); }}};
+    using M = MainController;
+    const std::pair<QString, void (M::*)()> pages[]{{"keys", &M::action_func_key}, {"light", &M::action_func_light},
+                                                   {"user-light", &M::action_userlightmode_tab},
+                                                   {"system", &M::action_func_set}};
     for (const char* model : {"61k", "61k-cnc", "68k"}) {
         // English last, so the window turns to the next model in English.
         for (const auto& [language, tag] : {std::pair{kLanguageChinese, "zh"}, {kLanguageEnglish, "en"}}) {
             c.switchLanguage(language);
             for (const auto& [page, show] : pages) {
-                show();
+                (c.*show)();
                 save(QString("window-%1-%2-%3").arg(model, page, tag));
             }
         }
