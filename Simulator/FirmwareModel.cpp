@@ -347,6 +347,11 @@ void FirmwareModel::finishBlock(Time at)
         return;
     }
     FirmwareDecoders::decodeBlock(block.header, block.target, block.bytes, state_);
+    // No command names the active profile: the keyboard runs the light
+    // setting it was given last, and so that profile is the active one. This
+    // is how a profile picked in the app becomes the keyboard's.
+    if (block.header == Command::LightMode)
+        state_.activeProfile = block.target;
 }
 
 void FirmwareModel::unplugged()

@@ -209,7 +209,6 @@ TEST_F(WholeApp, AProfileGoesToAFileAndComesBackIntoAnotherProfileWithoutAFrame)
     const int beforeSwitch = settledSetCount();
     click(c.imgbtn_profile);
     command(c.profilePopover->profileB);
-    keyboard->setActiveProfile(2);  // so that a status poll meanwhile keeps profile B
     EXPECT_EQ(c.imgbtn_profile->text(), "Profile B");
     EXPECT_EQ(framesSince(beforeSwitch),
               (std::vector<std::string>{frame({0x04, 0x18}), frame({0x04, 0x13, 0x02, 0, 0, 0, 0, 0, 0x01}),
@@ -217,6 +216,8 @@ TEST_F(WholeApp, AProfileGoesToAFileAndComesBackIntoAnotherProfileWithoutAFrame)
                                         frame({0x04, 0x02, 0x02}), frame({0x04, 0xf0, 0x02}), frame({0x04, 0x18}),
                                         frame({0x04, 0x17, 0x02, 0, 0, 0, 0, 0, 0x01}),
                                         std::string(124, '0') + "aa55", frame({0x04, 0x02})}));
+    // The keyboard now runs profile B, so the next status poll keeps it.
+    EXPECT_EQ(keyboard->firmware().activeProfile(), 2);
 
     answer = QUrl::fromLocalFile(files.path() + "/Profile A.key").toString();
     const int beforeImport = settledSetCount();
