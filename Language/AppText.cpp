@@ -32,6 +32,10 @@ constexpr std::array kTexts{
           "Nothing was sent to the keyboard: the macros count %1 of their %2 bytes (%3 over). "
           "Delete or shorten macros, then save a macro again.",
           "未向键盘发送任何内容：这些宏计为 %1 字节，上限为 %2 字节（超出 %3 字节）。请删除或缩短宏，然后重新保存宏。"},
+    Texts{AppText::MacroListEmpty, "No macros yet. Click \u201c%1\u201d to record one.",
+          "还没有宏。点击\u201c%1\u201d录制一个。"},
+    Texts{AppText::UserLightListEmpty, "No light modes of your own yet. Right-click here and choose \u201c%1\u201d.",
+          "还没有自定义灯效。在此处点击右键，选择\u201c%1\u201d。"},
 };
 
 }  // namespace

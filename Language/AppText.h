@@ -13,6 +13,9 @@ enum class AppText {
     MacroStoreTooManyMacros,  // %1 macros in the library, %2 the limit, %3 over
     MacroStoreTooLong,        // %1 bytes needed, %2 the limit, %3 over
     MacroStoreTooManySteps,   // %1 bytes counted, %2 the limit, %3 over
+    // Lists with no rows yet
+    MacroListEmpty,      // %1 the new macro button's text
+    UserLightListEmpty,  // %1 the menu's add entry
 };
 
 QString appText(AppText id);

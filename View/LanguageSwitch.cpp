@@ -98,6 +98,7 @@ void MainController::LanguageSwicth()
         customlight_mode_tab->setTitleTextColor(Qt::black);
     initLightTableData();
     setMacroPageTexts();
+    setEmptyListHints();
     // The guide and web link buttons' tool tips.
     setLinkToolTips();
 }

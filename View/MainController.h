@@ -46,6 +46,7 @@
 
 class CaseColorButton;
 class FuncButton;
+class EmptyListHint;
 class QAbstractAnimation;
 class QAbstractButton;
 class QUrl;
@@ -216,6 +217,11 @@ public:
     FuncButton* func_light = nullptr;
     FuncButton* func_set = nullptr;
     FuncButton* func_store = nullptr;
+    // The notes in the macro and user light lists while they have no rows,
+    // in the language of the moment.
+    void setEmptyListHints();
+    EmptyListHint* macroListHint = nullptr;
+    EmptyListHint* userLightListHint = nullptr;
 
     // ---- Model list (MainControllerModelList) -------------------------------
     // Shows another model's layout; the device and its data stay as they are.

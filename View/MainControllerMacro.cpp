@@ -14,6 +14,7 @@
 #include "View/PageFrame.h"
 #include "View/CustomMenu/KeyMenuViewController.h"
 #include "View/CustomMenu/KeySubMenuMacroViewController.h"
+#include "View/control/EmptyListHint.h"
 #include "View/control/ButtonView.h"
 #include "View/control/FlippedRect.h"
 #include "View/control/TableItemView.h"
@@ -54,6 +55,7 @@ void MainController::initMacroPage()
     macro_table->setFocusPolicy(Qt::NoFocus);
     macro_table->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
     macro_table->setStyleSheet(QStringLiteral("QListWidget { background: transparent; outline: 0; }"));
+    macroListHint = new EmptyListHint(macro_table);
 
     btn_macro_newmacro = new IconButton(macro_view);
     btn_macro_newmacro->setObjectName(QStringLiteral("btn_macro_newmacro"));

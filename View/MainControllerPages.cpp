@@ -4,6 +4,9 @@
 // on the web and selects nothing.
 #include "View/MainController.h"
 
+#include "Language/AppText.h"
+#include "Language/Language.h"
+#include "View/control/EmptyListHint.h"
 #include "View/control/FlippedRect.h"
 #include "View/control/FuncButton.h"
 
@@ -108,4 +111,12 @@ void MainController::action_func_set()
 {
     if (viewType != 3)
         showPage(3);
+}
+
+void MainController::setEmptyListHints()
+{
+    if (macroListHint)
+        macroListHint->setText(appText(AppText::MacroListEmpty).arg(languageText(350)));
+    if (userLightListHint)
+        userLightListHint->setText(appText(AppText::UserLightListEmpty).arg(languageText(573)));
 }

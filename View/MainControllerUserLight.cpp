@@ -9,6 +9,7 @@
 #include "SQLite/DeviceSQLite.h"
 #include "View/KeyboardLayout/KeyCodeMaps.h"
 #include "View/PageFrame.h"
+#include "View/control/EmptyListHint.h"
 #include "View/control/KeyView.h"
 #include "View/control/KeyboardView.h"
 #include "View/control/TableView.h"
@@ -59,6 +60,7 @@ void MainController::initUserLightPage()
         "QListWidget::item, QListWidget::item:selected, QListWidget::item:hover { background: transparent; }"));
     connect(userlightmode_table, &QListWidget::itemSelectionChanged, this,
             &MainController::userLightSelectionDidChange);
+    userLightListHint = new EmptyListHint(userlightmode_table);
 }
 
 void MainController::registerUserLightNotifications()
