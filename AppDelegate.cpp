@@ -5,6 +5,7 @@
 #include "HIDDevice/Platform/Virtual/VirtualHidManager.h"
 #include "Common/OutputLine.h"
 #include "Keylogger/Keylogger.h"
+#include "Language/AppText.h"
 #include "Simulator/VirtualKeyboard.h"
 #include "View/MainController.h"
 #include "View/MainWindowController.h"
@@ -41,12 +42,7 @@ long peakResidentKiB()
 QString inputCaptureAdvice(const QString& group)
 {
     const QString name = group.isEmpty() ? QStringLiteral("input") : group;
-    return AppDelegate::tr(
-               "Keys typed while another window is in front are not captured: only members of the group \"%1\" may "
-               "read the keyboards. To allow it (every program you run may then read every keyboard), run "
-               "\"sudo usermod -aG %1 $USER\", then log out and in. Keys pressed while this window is in front are "
-               "captured anyway.")
-        .arg(name);
+    return appText(AppText::InputCaptureAdvice).arg(name);
 }
 
 }  // namespace
@@ -138,7 +134,9 @@ void AppDelegate::createButtonStatusBar()
 {
     // The menu exists with or without a tray to show it in.
     quickButton = std::make_unique<QMenu>();
-    quickQuit = quickButton->addAction(tr("Quit"));
+    quickQuit = quickButton->addAction(appText(AppText::Quit));
+    // The menu outlives a language switch: it takes the language when it opens.
+    connect(quickButton.get(), &QMenu::aboutToShow, this, [this] { quickQuit->setText(appText(AppText::Quit)); });
     connect(quickQuit, &QAction::triggered, this, [this] { clickQuit(); });
     if (!QSystemTrayIcon::isSystemTrayAvailable())
         return;

@@ -32,18 +32,175 @@ constexpr std::array kTexts{
           "Nothing was sent to the keyboard: the macros count %1 of their %2 bytes (%3 over). "
           "Delete or shorten macros, then save a macro again.",
           "未向键盘发送任何内容：这些宏计为 %1 字节，上限为 %2 字节（超出 %3 字节）。请删除或缩短宏，然后重新保存宏。"},
+    // The window's own buttons and the tray menu.
+    Texts{AppText::Quit, "Quit", "退出"},
+    Texts{AppText::NoKeyboardConnected, "No keyboard connected", "未连接键盘"},
+    Texts{AppText::NoNotifications, "No notifications", "没有通知"},
+
+    // Exchange files.
+    Texts{AppText::QuotedName, "\"%1\"", "“%1”"},
+    Texts{AppText::KeyAssignmentCountOne, "%1 key assignment", "%1 项按键设置"},
+    Texts{AppText::KeyAssignmentCountMany, "%1 key assignments", "%1 项按键设置"},
+    Texts{AppText::KeyColourCountOne, "%1 key colour", "%1 个按键颜色"},
+    Texts{AppText::KeyColourCountMany, "%1 key colours", "%1 个按键颜色"},
+    Texts{AppText::DroppedRowsOne, " %1 row was left out: its key is not on this keyboard.",
+          "有 %1 行未导入：其按键不在此键盘上。"},
+    Texts{AppText::DroppedRowsMany, " %1 rows were left out: their keys are not on this keyboard.",
+          "有 %1 行未导入：其按键不在此键盘上。"},
+    Texts{AppText::ExportProfileUnreadable,
+          "The key assignments of this profile could not be read, so nothing was exported. "
+          "Connect the keyboard again and retry.",
+          "无法读取此模式的按键设置，未导出任何内容。请重新连接键盘后再试。"},
+    Texts{AppText::ExportProfileUnwritable,
+          "%1 could not be written (%2). Choose a folder you may write to, or remove a file of "
+          "that name that is not a profile file, and try again.",
+          "无法写入%1（%2）。请选择有写入权限的文件夹，或删除同名但并非配置文件的文件，然后重试。"},
+    Texts{AppText::ExportProfileDone, "Exported %1 to %2.", "已将 %1导出到%2。"},
+    Texts{AppText::ImportProfileStoreClosed,
+          "Your keyboard's settings are not open, so %1 was not imported. Connect the keyboard and try again.",
+          "键盘设置未打开，%1未导入。请连接键盘后重试。"},
+    Texts{AppText::ImportSaveFailed, "%1 could not be saved (%2). Nothing was changed; try again.",
+          "无法保存%1（%2）。未做任何更改，请重试。"},
+    Texts{AppText::ImportProfileDone, "Imported %1 from %2 into %3.", "已从%2导入 %1到%3。"},
+    Texts{AppText::ExportLightNoneChosen,
+          "No light mode is chosen, so nothing was exported. Choose one in the list of user lights and try again.",
+          "未选择灯效，未导出任何内容。请在自定义灯光列表中选择一个灯效后重试。"},
+    Texts{AppText::ExportLightUnreadable,
+          "The colours of %1 could not be read, so nothing was exported. Connect the keyboard again and retry.",
+          "无法读取%1的颜色，未导出任何内容。请重新连接键盘后再试。"},
+    Texts{AppText::ExportLightUnwritable,
+          "%1 could not be written (%2). Choose a folder you may write to, or remove a file of "
+          "that name that is not a light file, and try again.",
+          "无法写入%1（%2）。请选择有写入权限的文件夹，或删除同名但并非灯效文件的文件，然后重试。"},
+    Texts{AppText::ExportLightDone, "Exported the light mode %1 with %2 to %3.", "已将灯效%1（%2）导出到%3。"},
+    Texts{AppText::ImportLightStoreClosed,
+          "Your keyboard's settings are not open, so nothing can be imported. Connect the keyboard and try again.",
+          "键盘设置未打开，无法导入。请连接键盘后重试。"},
+    Texts{AppText::ImportLightDone, "Imported the light mode %1 with %2 from %3.", "已从%3导入灯效%1（%2）。"},
+
+    // Refused files.
+    Texts{AppText::FileNothingChanged, " Nothing was changed.", "未做任何更改。"},
+    Texts{AppText::FileChooseExported, " Choose a file exported by Orvane Keyboard Studio.",
+          "请选择由 Orvane Keyboard Studio 导出的文件。"},
+    Texts{AppText::FileCannotOpen,
+          "%1 could not be read (%2). Check that the file is there and that you may read it, then try again.",
+          "无法读取%1（%2）。请确认文件存在且你有读取权限，然后重试。"},
+    Texts{AppText::FileNotADatabase, "%1 is not an exchange file: it is not a database at all.",
+          "%1不是可导入的文件：它根本不是数据库。"},
+    Texts{AppText::FileDamaged, "%1 is damaged (%2). Export it again from the computer it came from.",
+          "%1已损坏（%2）。请在导出它的电脑上重新导出。"},
+    Texts{AppText::FileMissingTable, "%1 is not the right kind of exchange file: it has no table %2.",
+          "%1不是此类可导入的文件：缺少数据表 %2。"},
+    Texts{AppText::FileMissingColumn, "%1 is not a complete exchange file: it has no column %2.",
+          "%1不是完整的可导入文件：缺少列 %2。"},
+    Texts{AppText::FileNotANumber, "%1 is damaged: it holds \"%2\" in %3, where a number belongs. Export it again.",
+          "%1已损坏：%3 中应为数字，却是“%2”。请重新导出。"},
+    Texts{AppText::FileNoProfileRows,
+          "%1 holds no key assignments to import (none under profile 1). Export the profile again "
+          "and import the new file.",
+          "%1中没有可导入的按键设置（模式 1 下没有任何设置）。请重新导出配置，再导入新文件。"},
+    Texts{AppText::FileNoLightMode,
+          "%1 holds no light mode: its table \"t_lightdata\" is empty. Export the light mode again "
+          "and import the new file.",
+          "%1中没有灯效：其数据表 \"t_lightdata\" 为空。请重新导出灯效，再导入新文件。"},
+    Texts{AppText::FileNoKnownKeys,
+          "None of the %1 keys in %2 is on this keyboard: the file was made for another model. "
+          "Import it with that keyboard connected.",
+          "%2中的 %1 个按键都不在此键盘上：该文件是为其他型号制作的。请连接那款键盘后再导入。"},
+
+    // The data folder's stores.
+    Texts{AppText::StoreLocalContents, "This computer's settings (language, keyboard picture colours)",
+          "本机设置（语言、键盘图片颜色）"},
+    Texts{AppText::StoreDeviceContents, "Your keyboard's settings (profiles, keys, lights and macros)",
+          "键盘设置（模式、按键、灯效和宏）"},
+    Texts{AppText::StoreFixFolder, "To fix it, give yourself write access to the folder and start the app again:\n",
+          "解决方法：为自己授予该文件夹的写入权限，然后重新启动本应用：\n"},
+    Texts{AppText::StoreMovedAsideDamaged,
+          "%1 could not be read because the file was damaged. The damaged file was kept as "
+          "%2, and a new one with the defaults is in use.",
+          "%1：文件已损坏，无法读取。损坏的文件已保留为 %2，现使用一个默认设置的新文件。"},
+    Texts{AppText::StoreMovedAsideVersion,
+          "%1 were in a file made for another version of the app, so a new file was made. "
+          "The old file was kept as %2.",
+          "%1：所在文件来自本应用的其他版本，因此已新建文件。旧文件已保留为 %2。"},
+    Texts{AppText::StoreBusy,
+          "%1 are in use by another program, perhaps another copy of Orvane Keyboard Studio "
+          "(%2), so they are left as they are for now. Close the other program and start the app again.",
+          "%1正被另一个程序使用（可能是另一个 Orvane Keyboard Studio，%2），暂时保持不变。"
+          "请关闭该程序，然后重新启动本应用。"},
+    Texts{AppText::StoreReadOnly,
+          "%1 cannot be saved: Orvane Keyboard Studio may not write in %2, so changes you make now are not kept. ",
+          "%1无法保存：Orvane Keyboard Studio 无权写入 %2，现在所做的更改不会保留。"},
+    Texts{AppText::StoreMoveFailed,
+          "%1 cannot be used: the file %2 had to make room for a new one but could not be moved aside (%3). "
+          "Nothing was deleted. ",
+          "%1无法使用：文件 %2 需要移开以便新建文件，但移动失败（%3）。没有删除任何内容。"},
+    Texts{AppText::StoreOpenFailed, "%1 could not be opened (%2): %3. Check the disk and start the app again.",
+          "%1无法打开（%2）：%3。请检查磁盘，然后重新启动本应用。"},
+
+    // Saves and reads that failed, links and guides.
+    Texts{AppText::KeyAssignmentSaveFailed,
+          "The key assignment could not be saved. Check that the data folder is writable, then try again.",
+          "按键设置未能保存。请检查数据文件夹是否可写，然后重试。"},
+    Texts{AppText::KeyLockSaveFailed,
+          "The key lock could not be saved. Check that the data folder is writable, then try again.",
+          "按键锁定未能保存。请检查数据文件夹是否可写，然后重试。"},
+    Texts{AppText::KeyColoursSaveFailed,
+          "The key colours could not be saved, so the picture shows colours the database does not hold. "
+          "Check that the data folder can be written, then paint the keys again.",
+          "按键颜色未能保存，图中的颜色并未存入数据库。请检查数据文件夹是否可写，然后重新为按键上色。"},
+    Texts{AppText::LightColoursReadFailed,
+          "The mode's colours could not be read from the database, so nothing was sent to the keyboard. "
+          "Reconnect the keyboard and save the mode again.",
+          "无法从数据库读取该灯效的颜色，未向键盘发送任何内容。请重新连接键盘，然后再次保存该灯效。"},
+    Texts{AppText::GuideCopyFailed,
+          "The user guide could not be copied to %1 (%2). Free some space or make the folder writable, "
+          "then click the guide button again.",
+          "用户指南未能复制到 %1（%2）。请释放磁盘空间或让该文件夹可写，然后再次点击指南按钮。"},
+    Texts{AppText::LinkOpenFailed,
+          "No program could be started to open %1. Open it yourself, or set a default browser and PDF viewer "
+          "for your desktop.",
+          "无法启动任何程序来打开 %1。请手动打开，或为桌面设置默认浏览器和 PDF 阅读器。"},
+    Texts{AppText::KeyCannotBeSet, "This key cannot be set; press another", "无法设置此按键，请换一个"},
+
+    // Access to the keyboards and to keys typed in other windows.
+    Texts{AppText::InputCaptureAdvice,
+          "Keys typed while another window is in front are not captured: only members of the group \"%1\" may "
+          "read the keyboards. To allow it (every program you run may then read every keyboard), run "
+          "\"sudo usermod -aG %1 $USER\", then log out and in. Keys pressed while this window is in front are "
+          "captured anyway.",
+          "其他窗口在前台时输入的按键不会被捕获：只有“%1”组的成员才能读取键盘。若要允许（此后你运行的"
+          "每个程序都能读取所有键盘），请运行 \"sudo usermod -aG %1 $USER\"，然后注销并重新登录。"
+          "本窗口在前台时按下的按键总会被捕获。"},
+    Texts{AppText::PermissionOpening, "Orvane Keyboard Studio is not allowed to talk to %1 (%2). ",
+          "Orvane Keyboard Studio 无权与%1（%2）通信。"},
+    Texts{AppText::PermissionTheKeyboard, "the keyboard", "键盘"},
+    Texts{AppText::PermissionWithAdvice,
+          "What stands in the way, and the command that fixes each:\n%1\n"
+          "Run \"orvane --doctor\" in a terminal for the whole check.",
+          "存在以下问题，每项附有解决命令：\n%1\n在终端运行 \"orvane --doctor\" 可做完整检查。"},
+    Texts{AppText::PermissionUdevRule,
+          "Linux gives access to keyboards only through a udev rule. Install ours once, "
+          "then unplug the keyboard and plug it in again:\n%1\n"
+          "Run \"orvane --doctor\" in a terminal for the whole check.",
+          "Linux 只通过 udev 规则开放键盘的访问权限。请安装一次本应用的规则，然后拔下键盘再重新插上：\n%1\n"
+          "在终端运行 \"orvane --doctor\" 可做完整检查。"},
     Texts{AppText::MacroListEmpty, "No macros yet. Click \u201c%1\u201d to record one.",
           "还没有宏。点击\u201c%1\u201d录制一个。"},
     Texts{AppText::UserLightListEmpty, "No light modes of your own yet. Right-click here and choose \u201c%1\u201d.",
           "还没有自定义灯效。在此处点击右键，选择\u201c%1\u201d。"},
 };
 
+static_assert(kTexts.size() == std::size_t(AppText::Count), "every text has its entry");
+
 }  // namespace
 
-QString appText(AppText id)
+QString appText(AppText id) { return appText(id, G_Language); }
+
+QString appText(AppText id, int language)
 {
     for (const Texts& t : kTexts)
         if (t.id == id)
-            return QString::fromUtf8(G_Language == kLanguageChinese ? t.chinese : t.english);
+            return QString::fromUtf8(language == kLanguageChinese ? t.chinese : t.english);
     return {};
 }

@@ -1,5 +1,6 @@
 #include "SQLite/ExchangeFileCheck.h"
 
+#include "Language/AppText.h"
 #include "SQLite/KeyProfileSQLite.h"
 #include "SQLite/RecordStatements.h"
 
@@ -194,38 +195,30 @@ LightFileInspection inspectLightFile(const QString& dbUri, const KeyFilter& mode
 
 QString refusalMessage(const Inspection& inspection, const QString& fileName)
 {
-    const QString file = QStringLiteral("\"%1\"").arg(fileName);
-    const QString unchanged = QStringLiteral(" Nothing was changed.");
-    const QString exported = QStringLiteral(" Choose a file exported by Orvane Keyboard Studio.");
+    const QString file = appText(AppText::QuotedName).arg(fileName);
+    const QString unchanged = appText(AppText::FileNothingChanged);
+    const QString exported = appText(AppText::FileChooseExported);
     switch (inspection.problem) {
     case Problem::None:
         return {};
     case Problem::CannotOpen:
-        return QStringLiteral("%1 could not be read (%2). Check that the file is there and that you may read it, "
-                              "then try again.").arg(file, inspection.detail) + unchanged;
+        return appText(AppText::FileCannotOpen).arg(file, inspection.detail) + unchanged;
     case Problem::NotADatabase:
-        return QStringLiteral("%1 is not an exchange file: it is not a database at all.").arg(file) + exported + unchanged;
+        return appText(AppText::FileNotADatabase).arg(file) + exported + unchanged;
     case Problem::Damaged:
-        return QStringLiteral("%1 is damaged (%2). Export it again from the computer it came from.")
-                   .arg(file, inspection.detail) + unchanged;
+        return appText(AppText::FileDamaged).arg(file, inspection.detail) + unchanged;
     case Problem::MissingTable:
-        return QStringLiteral("%1 is not the right kind of exchange file: it has no table %2.").arg(file, inspection.detail)
-               + exported + unchanged;
+        return appText(AppText::FileMissingTable).arg(file, inspection.detail) + exported + unchanged;
     case Problem::MissingColumn:
-        return QStringLiteral("%1 is not a complete exchange file: it has no column %2.").arg(file, inspection.detail)
-               + exported + unchanged;
+        return appText(AppText::FileMissingColumn).arg(file, inspection.detail) + exported + unchanged;
     case Problem::NotANumber:
-        return QStringLiteral("%1 is damaged: it holds \"%2\" in %3, where a number belongs. Export it again.")
-                   .arg(file, inspection.value, inspection.detail) + unchanged;
+        return appText(AppText::FileNotANumber).arg(file, inspection.value, inspection.detail) + unchanged;
     case Problem::NoProfileRows:
-        return QStringLiteral("%1 holds no key assignments to import (none under profile 1). Export the profile again "
-                              "and import the new file.").arg(file) + unchanged;
+        return appText(AppText::FileNoProfileRows).arg(file) + unchanged;
     case Problem::NoLightMode:
-        return QStringLiteral("%1 holds no light mode: its table \"t_lightdata\" is empty. Export the light mode again "
-                              "and import the new file.").arg(file) + unchanged;
+        return appText(AppText::FileNoLightMode).arg(file) + unchanged;
     case Problem::NoKnownKeys:
-        return QStringLiteral("None of the %1 keys in %2 is on this keyboard: the file was made for another model. "
-                              "Import it with that keyboard connected.").arg(inspection.dropped).arg(file) + unchanged;
+        return appText(AppText::FileNoKnownKeys).arg(inspection.dropped).arg(file) + unchanged;
     }
     return {};
 }

@@ -3,6 +3,7 @@
 #include "View/LanguageSwitch.h"
 
 #include "Common/Globals.h"
+#include "Language/AppText.h"
 #include "Language/Language.h"
 #include "SQLite/LocalSQLite.h"
 #include "View/MainController.h"
@@ -101,4 +102,16 @@ void MainController::LanguageSwicth()
     setEmptyListHints();
     // The guide and web link buttons' tool tips.
     setLinkToolTips();
+    setWindowButtonToolTips();
+}
+
+void MainController::setWindowButtonToolTips()
+{
+    if (!imgbtn_close || !imgbtn_usb || !imgbtn_nofity)
+        return;
+    imgbtn_close->setToolTip(appText(AppText::Quit));
+    // A keyboard's own name needs no translation.
+    imgbtn_usb->setToolTip(connectedDevice() ? deviceName() : appText(AppText::NoKeyboardConnected));
+    // The keyboard sends no news, so the bell has nothing to open.
+    imgbtn_nofity->setToolTip(appText(AppText::NoNotifications));
 }

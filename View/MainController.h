@@ -510,4 +510,7 @@ private:
     void showImportedUserLight(int lightId);
     // Key menus
     bool keyMenuObserved_ = false;
+
+    // ---- Texts in the language in force ---------------------------------------
+    void setWindowButtonToolTips();  // close, connection and bell
 };

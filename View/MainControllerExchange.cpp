@@ -4,6 +4,7 @@
 // and tells the user how it went.
 #include "View/MainController.h"
 
+#include "Language/AppText.h"
 #include "Language/Language.h"
 #include "SQLite/DeviceSQLite.h"
 #include "SQLite/ExchangeFileCheck.h"
@@ -23,22 +24,31 @@ namespace {
 const QString kProfileButtonTitle = QStringLiteral("Profile A");
 constexpr int kResultShownMs = 8000;
 
-QString counted(qsizetype n, const char* one, const char* many)
+QString counted(qsizetype n, AppText one, AppText many)
 {
-    return QStringLiteral("%1 %2").arg(n).arg(QLatin1String(n == 1 ? one : many));
+    return appText(n == 1 ? one : many).arg(n);
+}
+
+QString keyAssignments(qsizetype n)
+{
+    return counted(n, AppText::KeyAssignmentCountOne, AppText::KeyAssignmentCountMany);
+}
+
+QString keyColours(qsizetype n)
+{
+    return counted(n, AppText::KeyColourCountOne, AppText::KeyColourCountMany);
 }
 
 QString quotedName(const QString& name)
 {
-    return QStringLiteral("\"%1\"").arg(name);
+    return appText(AppText::QuotedName).arg(name);
 }
 
 QString droppedNote(int dropped)
 {
     if (dropped == 0)
         return {};
-    return QStringLiteral(" %1 left out: %2 not on this keyboard.")
-        .arg(counted(dropped, "row was", "rows were"), QLatin1String(dropped == 1 ? "its key is" : "their keys are"));
+    return counted(dropped, AppText::DroppedRowsOne, AppText::DroppedRowsMany);
 }
 
 bool modelHasKey(int keyCode)
@@ -70,18 +80,16 @@ void MainController::exportKeyProfile()
     const QString url = ExchangeFile::fileUrlInFolder(folder, profileButtonTitle(this), QStringLiteral(".key"));
     std::vector<ProfileKey> rows;
     if (!deviceDB || !deviceDB->queryKeysProfile(currentProfile, rows)) {
-        showExchangeRefusal(tr("The key assignments of this profile could not be read, so nothing was exported. "
-                               "Connect the keyboard again and retry."));
+        showExchangeRefusal(appText(AppText::ExportProfileUnreadable));
         return;
     }
     keyProfileSQLite file(url);
     if (!file.addKeyProfiles(rows)) {
-        showExchangeRefusal(tr("%1 could not be written (%2). Choose a folder you may write to, or remove a file of "
-                               "that name that is not a profile file, and try again.")
+        showExchangeRefusal(appText(AppText::ExportProfileUnwritable)
                                 .arg(quotedName(ExchangeFile::displayName(url)), QString::fromStdString(file.failure)));
         return;
     }
-    showExchangeResult(tr("Exported %1 to %2.").arg(counted(rows.size(), "key assignment", "key assignments"),
+    showExchangeResult(appText(AppText::ExportProfileDone).arg(keyAssignments(rows.size()),
                                                     quotedName(ExchangeFile::displayName(url))));
 }
 
@@ -101,22 +109,21 @@ void MainController::importKeyProfile()
     // it is acted on first.
     afterPollReply([this, inspection = inspection, fileName]() mutable {
         if (!deviceDB || !deviceDB->db) {
-            showExchangeRefusal(tr("Your keyboard's settings are not open, so %1 was not imported. Connect the "
-                                   "keyboard and try again.").arg(quotedName(fileName)));
+            showExchangeRefusal(appText(AppText::ImportProfileStoreClosed).arg(quotedName(fileName)));
             return;
         }
         for (ProfileKey& row : inspection.rows)
             row.profId = currentProfile;
         if (!deviceDB->addKeyProfiles(inspection.rows)) {
-            showExchangeRefusal(tr("%1 could not be saved (%2). Nothing was changed; try again.")
+            showExchangeRefusal(appText(AppText::ImportSaveFailed)
                                     .arg(quotedName(fileName), QString::fromStdString(deviceDB->health.lastFailure.reason)));
             return;
         }
         // The keys show the new assignments; the keyboard gets them with the
         // profile's next key table upload.
         loadKeyMacro();
-        showExchangeResult(tr("Imported %1 from %2 into %3.")
-                               .arg(counted(inspection.rows.size(), "key assignment", "key assignments"),
+        showExchangeResult(appText(AppText::ImportProfileDone)
+                               .arg(keyAssignments(inspection.rows.size()),
                                     quotedName(fileName), languageText(profileTextId(currentProfile)))
                            + droppedNote(inspection.dropped));
     });
@@ -131,36 +138,32 @@ void MainController::exportLightData()
         userlightmode_table ? userlightmode_table->selectionModel()->selectedIndexes() : QModelIndexList();
     const int row = selected.isEmpty() ? -1 : selected.first().row();
     if (row < 0 || row >= userlightmode_datas.size())
-        return showExchangeRefusal(tr("No light mode is chosen, so nothing was exported. Choose one in the list of "
-                                      "user lights and try again."));
+        return showExchangeRefusal(appText(AppText::ExportLightNoneChosen));
     // The name is the list's; the colours are those of the mode being
     // painted, which the list's selection sets.
     const QString name = userlightmode_datas.at(row).value(QStringLiteral("text")).toString();
     std::vector<RGBData> rows;
     if (!deviceDB || !deviceDB->queryKeyRGB(1, currentUserLightMode, rows))
-        return showExchangeRefusal(tr("The colours of %1 could not be read, so nothing was exported. Connect the "
-                                      "keyboard again and retry.").arg(quotedName(name)));
+        return showExchangeRefusal(appText(AppText::ExportLightUnreadable).arg(quotedName(name)));
     std::vector<LEDData> leds;
     for (const RGBData& colour : rows)
         leds.push_back({0, colour.keyvalue, colour.rgbvalue});
     const QString url = ExchangeFile::fileUrlInFolder(folder, name, QStringLiteral(".light"));
     LightSQLite file(url);
     if (!file.addLightMode(name, leds)) {
-        showExchangeRefusal(tr("%1 could not be written (%2). Choose a folder you may write to, or remove a file of "
-                               "that name that is not a light file, and try again.")
+        showExchangeRefusal(appText(AppText::ExportLightUnwritable)
                                 .arg(quotedName(ExchangeFile::displayName(url)), QString::fromStdString(file.failure)));
         return;
     }
-    showExchangeResult(tr("Exported the light mode %1 with %2 to %3.")
-                           .arg(quotedName(name), counted(leds.size(), "key colour", "key colours"),
+    showExchangeResult(appText(AppText::ExportLightDone)
+                           .arg(quotedName(name), keyColours(leds.size()),
                                 quotedName(ExchangeFile::displayName(url))));
 }
 
 void MainController::importLightData()
 {
     if (!deviceDB || !deviceDB->db) {
-        showExchangeRefusal(tr("Your keyboard's settings are not open, so nothing can be imported. Connect the "
-                               "keyboard and try again."));
+        showExchangeRefusal(appText(AppText::ImportLightStoreClosed));
         return;
     }
     const QString url = chooseExchangeFile({QStringLiteral("Select files"), ExchangeDialog::Pick::ExistingFile,
@@ -173,13 +176,13 @@ void MainController::importLightData()
         return showExchangeRefusal(ExchangeFileCheck::refusalMessage(inspection, fileName));
     const int64_t lightId = deviceDB->addUserLightWithColours(inspection.name, inspection.leds);
     if (lightId < 1) {
-        showExchangeRefusal(tr("%1 could not be saved (%2). Nothing was changed; try again.")
+        showExchangeRefusal(appText(AppText::ImportSaveFailed)
                                 .arg(quotedName(fileName), QString::fromStdString(deviceDB->health.lastFailure.reason)));
         return;
     }
     showImportedUserLight(static_cast<int>(lightId));
-    showExchangeResult(tr("Imported the light mode %1 with %2 from %3.")
-                           .arg(quotedName(inspection.name), counted(inspection.leds.size(), "key colour", "key colours"),
+    showExchangeResult(appText(AppText::ImportLightDone)
+                           .arg(quotedName(inspection.name), keyColours(inspection.leds.size()),
                                 quotedName(fileName))
                        + droppedNote(inspection.dropped));
 }
@@ -220,7 +223,7 @@ void MainController::showExchangeResult(const QString& line)
 
 void MainController::showExchangeRefusal(const QString& message)
 {
-    auto* box = new QMessageBox(QMessageBox::Warning, tr("Orvane Keyboard Studio"), message, QMessageBox::Ok, this);
+    auto* box = new QMessageBox(QMessageBox::Warning, QStringLiteral("Orvane Keyboard Studio"), message, QMessageBox::Ok, this);
     box->setObjectName(QStringLiteral("exchange_refusal"));
     box->setAttribute(Qt::WA_DeleteOnClose);
     box->setWindowModality(Qt::WindowModal);

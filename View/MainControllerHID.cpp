@@ -75,11 +75,10 @@ void MainController::refreshUI()
     if (connectedDevice()) {
         ConnectDevice();
         imgbtn_usb->initControl(QStringLiteral("sys_btn_usb_h"), QStringLiteral("sys_btn_usb_h"));
-        imgbtn_usb->setToolTip(deviceName());
     } else {
         imgbtn_usb->initControl(QStringLiteral("sys_btn_usb_n"), QStringLiteral("sys_btn_usb_n"));
-        imgbtn_usb->setToolTip(tr("No keyboard connected"));
     }
+    setWindowButtonToolTips();
 }
 
 void MainController::ConnectDevice()

@@ -3,6 +3,7 @@
 #include "View/MainController.h"
 
 #include "Common/Records.h"
+#include "Language/AppText.h"
 #include "SQLite/DeviceSQLite.h"
 #include "View/CustomMenu/KeyMenuViewController.h"
 #include "View/CustomMenu/KeySubMenuKeyFuncViewController.h"
@@ -40,8 +41,7 @@ void MainController::addCustomKey(ProfileKey& keydata)
     // A row was wanted and none is there: the store refused the write and
     // kept the key's earlier assignment, which the key goes on showing.
     if (result < 1 && keydata.macroValue != 0)
-        showProblem(tr("The key assignment could not be saved. Check that the data folder is writable, then try "
-                       "again."),
+        showProblem(appText(AppText::KeyAssignmentSaveFailed),
                     QStringLiteral("key-assignment"));
     loadKeyMacro();
     setKeyMacroData(currentProfile);

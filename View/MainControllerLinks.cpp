@@ -4,6 +4,7 @@
 #include "Common/DeviceModel.h"
 #include "Common/Globals.h"
 #include "Common/ProductLinks.h"
+#include "Language/AppText.h"
 #include "View/control/ButtonView.h"
 #include "View/control/FlippedRect.h"
 
@@ -85,8 +86,7 @@ QString MainController::userGuideFile(const QString& resource)
     QSaveFile copy(path);
     if (!QDir().mkpath(folder) || !copy.open(QIODevice::WriteOnly) || copy.write(bytes) != bytes.size()
         || !copy.commit()) {
-        showProblem(tr("The user guide could not be copied to %1 (%2). Free some space or make the folder "
-                       "writable, then click the guide button again.")
+        showProblem(appText(AppText::GuideCopyFailed)
                         .arg(folder, copy.errorString()),
                     QStringLiteral("user guide"));
         return {};
@@ -98,8 +98,7 @@ void MainController::openLink(const QUrl& url)
 {
     const bool opened = urlOpener ? urlOpener(url) : QDesktopServices::openUrl(url);
     if (!opened)
-        showProblem(tr("No program could be started to open %1. Open it yourself, or set a default browser "
-                       "and PDF viewer for your desktop.")
+        showProblem(appText(AppText::LinkOpenFailed)
                         .arg(url.toDisplayString()),
                     QStringLiteral("links"));
 }

@@ -3,6 +3,7 @@
 
 #include "Common/Globals.h"
 #include "Common/OutputLine.h"
+#include "Language/AppText.h"
 #include "Language/LanguageTag.h"
 #include "SQLite/DeviceSQLite.h"
 #include "SQLite/LocalSQLite.h"
@@ -13,12 +14,12 @@ const QString kOwner = QString::fromLatin1(kLocalOwner);
 
 QString localContents()
 {
-    return MainController::tr("This computer's settings (language, keyboard picture colours)");
+    return appText(AppText::StoreLocalContents);
 }
 
 QString deviceContents()
 {
-    return MainController::tr("Your keyboard's settings (profiles, keys, lights and macros)");
+    return appText(AppText::StoreDeviceContents);
 }
 
 // The version rule runs only on a local store that opened and read without

@@ -2,6 +2,7 @@
 // profile and sent to the keyboard as one block.
 #include "View/MainController.h"
 
+#include "Language/AppText.h"
 #include "View/PageFrame.h"
 #include "Protocol/SystemSettingsBlock.h"
 #include "Protocol/UploadSequences.h"
@@ -73,7 +74,7 @@ void MainController::lockGameModeKey(int tag, int btnstate)
     const SystemSettingsBlock::LockSwitch* lock = SystemSettingsBlock::lockSwitchForTag(tag);
     if (lock && deviceDB
         && !deviceDB->updateConfigData(currentProfile, settingKey(lock->configKey), QString::number(btnstate))) {
-        showProblem(tr("The key lock could not be saved. Check that the data folder is writable, then try again."),
+        showProblem(appText(AppText::KeyLockSaveFailed),
                     QStringLiteral("store"));
     }
     setHFDSystemSetData(currentProfile);

@@ -69,12 +69,9 @@ void MainController::initTitleButtons()
         button->initControl(QString::fromLatin1(b.normal), QString::fromLatin1(b.hover));
         this->*b.field = button;
     }
-    imgbtn_close->setToolTip(tr("Quit"));
     connect(imgbtn_close, &QAbstractButton::clicked, this, &MainController::action_closewindow);
     connect(imgbtn_min, &QAbstractButton::clicked, this, &MainController::action_minwindow);
-    imgbtn_usb->setToolTip(tr("No keyboard connected"));
-    // The keyboard sends no news, so the bell has nothing to open.
-    imgbtn_nofity->setToolTip(tr("No notifications"));
+    setWindowButtonToolTips();
 }
 
 void MainController::action_closewindow() { window()->close(); }

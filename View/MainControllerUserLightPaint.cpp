@@ -4,6 +4,7 @@
 // transaction, and a save sends the shown mode's colours to a custom slot.
 #include "View/MainController.h"
 
+#include "Language/AppText.h"
 #include "Protocol/LightModeBlock.h"
 #include "Protocol/UploadSequences.h"
 #include "Protocol/UserLightColorBlock.h"
@@ -104,8 +105,7 @@ void MainController::changeUserLightColor(const QColor& color)
         pass.push_back({0, currentUserLightMode, 1, entry->second.key_code, rgbValueOf(key->keyColor)});
     }
     if (!deviceDB->insertKeyRGBPass(pass))
-        showProblem(tr("The key colours could not be saved, so the picture shows colours the database does not "
-                       "hold. Check that the data folder can be written, then paint the keys again."),
+        showProblem(appText(AppText::KeyColoursSaveFailed),
                     QStringLiteral("userlight-paint"));
 }
 
@@ -118,8 +118,7 @@ void MainController::setHFDUserLightData()
     std::vector<RGBData> rows;
     // A read that fails is no empty mode: the slot keeps what it holds.
     if (deviceDB && !deviceDB->queryKeyRGB(1, currentUserLightMode, rows)) {
-        showProblem(tr("The mode's colours could not be read from the database, so nothing was sent to the "
-                       "keyboard. Reconnect the keyboard and save the mode again."),
+        showProblem(appText(AppText::LightColoursReadFailed),
                     QStringLiteral("userlight-save"));
         return;
     }

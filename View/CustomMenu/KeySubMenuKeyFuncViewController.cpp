@@ -3,6 +3,7 @@
 #include "Common/Globals.h"
 #include "Common/NotificationCenter.h"
 #include "Keylogger/LocalEventMonitor.h"
+#include "Language/AppText.h"
 #include "Language/Language.h"
 #include "View/KeyboardLayout/KeyCodeMaps.h"
 #include "View/KeyboardLayout/KeyVocabulary.h"
@@ -35,8 +36,7 @@ std::optional<QString> capturedKeyName(int keyCode)
 
 QString refusalNote()
 {
-    return G_Language == kLanguageChinese ? QStringLiteral("无法设置此按键，请换一个")
-                                          : QStringLiteral("This key cannot be set; press another");
+    return appText(AppText::KeyCannotBeSet);
 }
 
 QPushButton* makeButton(QWidget* parent, const char* objectName, bool primary)

@@ -3,6 +3,7 @@
 // (nothing) and says, and that no import sends a frame to the keyboard.
 #include "Common/Globals.h"
 #include "HIDDevice/Platform/Virtual/VirtualHidManager.h"
+#include "Language/AppText.h"
 #include "SQLite/DeviceSQLite.h"
 #include "SQLite/LightSQLite.h"
 #include "Simulator/VirtualKeyboard.h"
@@ -82,7 +83,7 @@ TEST_F(ExchangeWindow, AProfileExportedFromProfileCMergesIntoProfileBWithoutAFra
     answer = QUrl::fromLocalFile(files.path()).toString();
     controller->exportKeyProfile();
     controller->exportKeyProfile();  // onto the same file: its rows go behind the first ones
-    EXPECT_EQ(result(), "Exported 2 key assignments to \"Profile A.key\".");
+    EXPECT_EQ(result(), "已将 2 项按键设置导出到“Profile A.key”。");
     SQLite::Database file((files.path() + "/Profile A.key").toStdString());
     EXPECT_EQ(queryRows(file, R"(SELECT * FROM "t_keyprofile")"),
               (Rows{{"1", "1", "4", "11", "127", "0", "0", "Mute"}, {"2", "1", "41", "11", "1", "0", "0", "Fn"},
@@ -176,4 +177,23 @@ TEST_F(ExchangeWindow, ALightModeExportedImportsAsANewModeWithItsColours)
     ASSERT_TRUE(store.queryKeyRGB(1, 2, colours));
     EXPECT_EQ(colours, (std::vector<RGBData>{{4, 2, 1, kEscape, 0x0000ff}, {5, 2, 1, kA, 0xff8800}}));
     EXPECT_EQ(asked.back(), (ExchangeDialog{"Select files", ExchangeDialog::Pick::ExistingFile, "light"}));
+}
+
+TEST_F(ExchangeWindow, InChineseARefusalAndTheConnectionTipAreChineseAndTheTipFollowsASwitchBack)
+{
+    controller->switchLanguage(kLanguageChinese);
+    overwrite((files.path() + "/noise.key").toStdString(), QByteArray(3000, '\x5a'));
+    answer = fileUrl("noise.key");
+    controller->importKeyProfile();
+    EXPECT_EQ(refusal(), "“noise.key”不是可导入的文件：它根本不是数据库。请选择由 Orvane Keyboard Studio "
+                         "导出的文件。未做任何更改。");
+    bus->unplug(keyboard);
+    EXPECT_TRUE(waitUntil([&] { return controller->imgbtn_usb->toolTip() == "未连接键盘"; }))
+        << controller->imgbtn_usb->toolTip().toStdString();
+    controller->switchLanguage(kLanguageEnglish);
+    EXPECT_EQ(controller->imgbtn_usb->toolTip(), "No keyboard connected");
+
+    for (int id = 0; id < int(AppText::Count); ++id)
+        for (int language : {kLanguageEnglish, kLanguageChinese})
+            EXPECT_FALSE(appText(AppText(id), language).isEmpty()) << "text " << id << " in " << language;
 }

@@ -1,23 +1,19 @@
 #include "HIDDevice/Platform/Linux/PermissionNotice.h"
 
+#include "Language/AppText.h"
+
 #include <iostream>
 
 QString permissionProblemMessage(const QString& product, const std::string& node, const QString& advice)
 {
-    const QString name = product.isEmpty() ? QStringLiteral("the keyboard") : product;
-    const QString opening = QStringLiteral("Orvane Keyboard Studio is not allowed to talk to %1 (%2). ")
-                                .arg(name, QString::fromStdString(node));
+    const QString name = product.isEmpty() ? appText(AppText::PermissionTheKeyboard) : product;
+    const QString opening = appText(AppText::PermissionOpening).arg(name, QString::fromStdString(node));
     if (!advice.isEmpty())
-        return opening
-            + QStringLiteral("What stands in the way, and the command that fixes each:\n%1\n"
-                             "Run \"orvane --doctor\" in a terminal for the whole check.")
-                  .arg(advice);
+        return opening + appText(AppText::PermissionWithAdvice).arg(advice);
     return opening
-        + QStringLiteral("Linux gives access to keyboards only through a udev rule. Install ours once, "
-                         "then unplug the keyboard and plug it in again:\n"
-                         "  sudo cp packaging/70-orvane.rules /etc/udev/rules.d/ && "
-                         "sudo udevadm control --reload && sudo udevadm trigger\n"
-                         "Run \"orvane --doctor\" in a terminal for the whole check.");
+        + appText(AppText::PermissionUdevRule)
+              .arg(QStringLiteral("  sudo cp packaging/70-orvane.rules /etc/udev/rules.d/ && "
+                                  "sudo udevadm control --reload && sudo udevadm trigger"));
 }
 
 void PermissionNotice::setSink(Sink sink)
