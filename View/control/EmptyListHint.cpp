@@ -31,6 +31,6 @@ bool EmptyListHint::eventFilter(QObject* watched, QEvent* event)
 void EmptyListHint::follow()
 {
     const QRect area = list_->viewport()->rect();
-    setGeometry(area.adjusted(16, 0, -16, 0));
+    setGeometry(area.adjusted(6, 0, -6, 0));
     setVisible(list_->count() == 0);
 }

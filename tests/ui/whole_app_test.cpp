@@ -10,6 +10,7 @@
 #include "View/control/FuncButton.h"
 #include "View/control/ImageTitleButton.h"
 #include "View/control/KeyboardView.h"
+#include "View/control/SelectKeyView.h"
 #include "View/control/MenuItemView.h"
 #include "View/control/NamedImageView.h"
 #include "View/popover/LanguagePopoverViewController.h"
@@ -268,4 +269,22 @@ TEST_F(WholeApp, ScreenshotsOfEveryPageOfEachModelInBothLanguages)
         }
         advanceMoves(1);
     }
+
+    // A light mode of one's own on the CNC keyboard, painted as a rainbow
+    // from left to right, one band of keys at a time.
+    c.action_device_select_down();
+    advanceMoves(1);
+    c.action_func_light();
+    c.action_userlightmode_tab();
+    c.UserLightTableMenuMsg(166);
+    KeyboardView& view = *c.orvane_keyboardctrl;
+    const int keys = int(view.kbKeyArraySelect.size());
+    for (int band = 0; band < 12; ++band) {
+        for (int i = 0; i < keys; ++i)
+            view.selectKeyView(i)->setKeyCheck(int(view.keyGeometry(i).center().x() * 12 / view.width()) == band);
+        c.changeUserLightColor(QColor::fromHsv(band * 300 / 12, 230, 255));
+    }
+    for (int i = 0; i < keys; ++i)
+        view.selectKeyView(i)->setKeyCheck(false);
+    save("window-61k-cnc-painted-en");
 }
