@@ -212,10 +212,11 @@ void MainController::showExchangeResult(const QString& line)
         connect(hideTimer, &QTimer::timeout, label_exchange, &QWidget::hide);
     }
     label_exchange->setText(line);
-    // One line below the keyboard picture, beside the light list.
-    constexpr int kWidth = 872;
+    // One line in the gap between the keyboard picture and the page
+    // buttons, as wide as both; a longer text grows up over the picture.
+    constexpr int kWidth = 660;
     const int height = label_exchange->heightForWidth(kWidth);
-    label_exchange->setGeometry(flippedRect(kWindowHeight, 24, 232 - height, kWidth, height));
+    label_exchange->setGeometry(flippedRect(kWindowHeight, 215, 248, kWidth, height));
     label_exchange->show();
     label_exchange->raise();
     label_exchange->findChild<QTimer*>(QStringLiteral("label_exchange_timer"))->start();

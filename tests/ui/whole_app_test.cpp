@@ -23,6 +23,7 @@
 #include <QAnimationGroup>
 #include <QDir>
 #include <QImageWriter>
+#include <QListWidget>
 #include <QTemporaryDir>
 #include <QTest>
 #include <QUrl>
@@ -277,6 +278,7 @@ TEST_F(WholeApp, ScreenshotsOfEveryPageOfEachModelInBothLanguages)
     c.action_func_light();
     c.action_userlightmode_tab();
     c.UserLightTableMenuMsg(166);
+    c.userlightmode_table->setCurrentRow(0);
     KeyboardView& view = *c.orvane_keyboardctrl;
     const int keys = int(view.kbKeyArraySelect.size());
     for (int band = 0; band < 12; ++band) {
@@ -287,4 +289,8 @@ TEST_F(WholeApp, ScreenshotsOfEveryPageOfEachModelInBothLanguages)
     for (int i = 0; i < keys; ++i)
         view.selectKeyView(i)->setKeyCheck(false);
     save("window-61k-cnc-painted-en");
+    // The one line an export ends with.
+    answer = QUrl::fromLocalFile(files.path()).toString();
+    c.exportLightData();
+    save("window-light-exported-en");
 }
