@@ -114,4 +114,10 @@ void MainController::setWindowButtonToolTips()
     imgbtn_usb->setToolTip(connectedDevice() ? deviceName() : appText(AppText::NoKeyboardConnected));
     // The keyboard sends no news, so the bell has nothing to open.
     imgbtn_nofity->setToolTip(appText(AppText::NoNotifications));
+    // The profile and main menus open only with a keyboard: without one,
+    // the pointer says why nothing opens.
+    const QString needsKeyboard = connectedDevice() ? QString() : languageText(502);
+    for (QWidget* button : {static_cast<QWidget*>(imgbtn_profile), static_cast<QWidget*>(imgbtn_menu)})
+        if (button)
+            button->setToolTip(needsKeyboard);
 }

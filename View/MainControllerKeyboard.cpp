@@ -37,6 +37,7 @@ void MainController::resetKBColorRect(int tag)
 
 void MainController::action_kbcolor_button(CaseColorButton* sender)
 {
+    closeColorPanel();
     keyboard_color_select(sender->tag());
 }
 

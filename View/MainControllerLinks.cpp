@@ -115,4 +115,8 @@ void MainController::action_fecebookwebsite() { openLink(QUrl(QString::fromLatin
 void MainController::action_chatwebsite() { openLink(QUrl(QString::fromLatin1(ProductLinks::kForum))); }
 
 // The page on show and its selected button stay as they are.
-void MainController::action_func_store() { openLink(QUrl(QString::fromLatin1(ProductLinks::kStore))); }
+void MainController::action_func_store()
+{
+    closeColorPanel();
+    openLink(QUrl(QString::fromLatin1(ProductLinks::kStore)));
+}

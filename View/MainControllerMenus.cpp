@@ -44,6 +44,7 @@ void MainController::action_switchprofile()
     // The menus that change the keyboard open only while one is connected.
     if (!deviceState)
         return;
+    closeColorPanel();
     if (!profilePopover)
         profilePopover = new PofilePopoverViewController(this);
     profilePopover->showBelow(imgbtn_profile, true);
@@ -53,6 +54,7 @@ void MainController::action_menu()
 {
     if (!deviceState)
         return;
+    closeColorPanel();
     if (!menuPopover)
         menuPopover = new MenuPopoverViewController(this);
     menuPopover->showBelow(imgbtn_menu);

@@ -65,6 +65,7 @@ TEST_F(WindowWithoutKeyboard, PagesOpenButTheKeyboardMenusStayShutAndAReconnecti
     controller_.action_switchprofile();
     EXPECT_EQ(controller_.menuPopover, nullptr);
     EXPECT_EQ(controller_.profilePopover, nullptr);
+    EXPECT_EQ(controller_.imgbtn_menu->toolTip(), "Please connect the device!");
 
     controller_.refreshUI();
     EXPECT_EQ(controller_.viewType, 1);
