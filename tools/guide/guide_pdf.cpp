@@ -105,14 +105,21 @@ QImage windowDiagram(const QImage& keyboard)
     p.drawRoundedRect(QRectF(QPointF(0.5, 0.5), size - QSizeF(1, 1)), 6, 6);
     p.fillRect(QRectF(1, 1, size.width() - 2, 56 * s), Qt::white);  // the title row
     // Frames in window points, origin top left: title row, model list,
-    // keyboard picture, page pane with its function buttons, messages.
+    // keyboard picture, function buttons, page, messages.
     struct Area { QRectF r; const char* n; };
     const Area areas[] = {
-        {{560, 8, 590, 40}, "1"}, {{10, 140, 170, 420}, "2"}, {{215, 170, 660, 260}, "3"},
-        {{920, 60, 230, 570}, "4"}, {{24, 650, 1112, 56}, "5"},
+        {{560, 8, 590, 40}, "1"},     {{4, 100, 170, 540}, "2"},   {{215, 118, 660, 330}, "3"},
+        {{210, 478, 668, 148}, "4"},  {{916, 78, 232, 548}, "5"},  {{24, 650, 1112, 56}, "6"},
     };
     const QRectF picture(225 * s, 185 * s, 640 * s, 640 * s * keyboard.height() / keyboard.width());
     p.drawImage(picture, keyboard);
+    // The four function buttons and the three model tabs, in outline.
+    p.setPen(QPen(QColor(0xb8, 0xbe, 0xc8), 1));
+    p.setBrush(Qt::white);
+    for (int i = 0; i < 4; ++i)
+        p.drawRoundedRect(QRectF((215 + i * 168) * s, 482 * s, 154 * s, 140 * s), 3, 3);
+    for (const QRectF& tab : {QRectF(15, 202, 138, 58), QRectF(0, 324, 166, 76), QRectF(15, 472, 138, 58)})
+        p.drawRoundedRect(QRectF(tab.x() * s, tab.y() * s, tab.width() * s, tab.height() * s), 3, 3);
     QFont font(QStringLiteral("Noto Sans CJK SC"));
     font.setPointSizeF(9);
     font.setBold(true);
