@@ -185,10 +185,10 @@ constexpr std::array kTexts{
           "Run \"orvane --doctor\" in a terminal for the whole check.",
           "Linux 只通过 udev 规则开放键盘的访问权限。请安装一次本应用的规则，然后拔下键盘再重新插上：\n%1\n"
           "在终端运行 \"orvane --doctor\" 可做完整检查。"},
-    Texts{AppText::MacroListEmpty, "No macros yet. Click \u201c%1\u201d to record one.",
-          "还没有宏。点击\u201c%1\u201d录制一个。"},
-    Texts{AppText::UserLightListEmpty, "No light modes of your own yet. Right-click here and choose \u201c%1\u201d.",
-          "还没有自定义灯效。在此处点击右键，选择\u201c%1\u201d。"},
+    Texts{AppText::MacroListEmpty, "No macros yet.\nClick \"%1\"\nto record one.",
+          "还没有宏。\n点击\u201c%1\u201d录制一个。"},
+    Texts{AppText::UserLightListEmpty, "No user lights yet.\nRight-click here and\nchoose \"%1\".",
+          "还没有自定义灯光。\n在此处点击右键，\n选择\u201c%1\u201d。"},
 };
 
 static_assert(kTexts.size() == std::size_t(AppText::Count), "every text has its entry");

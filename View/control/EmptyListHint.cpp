@@ -3,6 +3,7 @@
 #include "View/control/Theme.h"
 
 #include <QAbstractItemModel>
+#include <QApplication>
 #include <QEvent>
 #include <QListWidget>
 
@@ -12,7 +13,10 @@ EmptyListHint::EmptyListHint(QListWidget* list) : QLabel(list->viewport()), list
     setWordWrap(true);
     // Clicks, the right click included, belong to the list beneath.
     setAttribute(Qt::WA_TransparentForMouseEvents);
-    Theme::setTextColor(this, Theme::disabledText());
+    // The list's style sheet and item font would reach the note: it takes
+    // the window's font and the grey of what cannot be used yet instead.
+    setFont(QApplication::font());
+    setStyleSheet(QStringLiteral("QLabel { color: %1; background: transparent; }").arg(Theme::disabledText().name()));
     list->viewport()->installEventFilter(this);
     QAbstractItemModel* model = list->model();
     connect(model, &QAbstractItemModel::rowsInserted, this, &EmptyListHint::follow);
