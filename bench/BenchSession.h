@@ -3,11 +3,10 @@
 // measurements: the same start as a user's, with the keyboard plugged in.
 // `adjust` may add to the environment (the transport's pauses, for one).
 #include "HIDDevice/Platform/Virtual/VirtualHidManager.h"
+#include "LoopTiming.h"
 #include "Simulator/VirtualKeyboard.h"
 #include "View/MainController.h"
 
-#include <QCoreApplication>
-#include <QElapsedTimer>
 
 #include <functional>
 #include <memory>
@@ -35,11 +34,7 @@ struct BenchSession {
     // when that takes longer than `timeoutMs`.
     bool connected(int timeoutMs = 20000)
     {
-        const auto done = [&] { return controller->deviceDB && controller->currentTransport() && !controller->hidcomm_busy(); };
-        QElapsedTimer clock;
-        clock.start();
-        while (!done() && clock.elapsed() < timeoutMs)
-            QCoreApplication::processEvents(QEventLoop::AllEvents, 5);
-        return done();
+        return turnUntil([&] { return controller->deviceDB && controller->currentTransport() && !controller->hidcomm_busy(); },
+                         std::chrono::milliseconds(timeoutMs));
     }
 };

@@ -6,6 +6,7 @@
 //   - the longest stall of the event loop over 9 turns, each left to run its
 //     0.68-second slide to the end.
 #include "BenchSession.h"
+#include "LoopTiming.h"
 #include "Common/DataPaths.h"
 #include "View/MainController.h"
 #include "View/control/ButtonView.h"
@@ -13,7 +14,6 @@
 #include <QApplication>
 #include <QElapsedTimer>
 #include <QTemporaryDir>
-#include <QTimer>
 
 #include <algorithm>
 #include <cstdio>
@@ -23,14 +23,6 @@ namespace {
 
 double ms(qint64 ns) { return double(ns) / 1e6; }
 
-void turnFor(int milliseconds)
-{
-    QElapsedTimer clock;
-    clock.start();
-    while (clock.elapsed() < milliseconds)
-        QApplication::processEvents(QEventLoop::AllEvents, 5);
-}
-
 void timeClicks(MainController& controller)
 {
     std::vector<qint64> clicks;
@@ -39,7 +31,7 @@ void timeClicks(MainController& controller)
         clock.start();
         controller.imgbtn_dev_down->click();
         clicks.push_back(clock.nsecsElapsed());
-        turnFor(20);
+        turnFor(std::chrono::milliseconds(20));
     }
     std::sort(clicks.begin(), clicks.end());
     std::printf("one model list click (picture rebuilt, slides started): median %.2f ms, p95 %.2f ms, max %.2f ms "
@@ -49,23 +41,13 @@ void timeClicks(MainController& controller)
 
 void timeTurns(MainController& controller)
 {
-    QElapsedTimer clock;
-    qint64 last = 0;
-    qint64 longest = 0;
-    QTimer heartbeat;
-    QObject::connect(&heartbeat, &QTimer::timeout, [&] {
-        const qint64 now = clock.nsecsElapsed();
-        longest = std::max(longest, now - last);
-        last = now;
-    });
-    clock.start();
-    heartbeat.start(0);
+    StallWatch watch;
+    watch.start();
     for (int i = 0; i < 9; ++i) {
         controller.imgbtn_dev_up->click();
-        turnFor(800);
+        turnFor(std::chrono::milliseconds(800));
     }
-    heartbeat.stop();
-    std::printf("9 model list turns with their slides: longest event-loop stall %.2f ms\n", ms(longest));
+    std::printf("9 model list turns with their slides: longest event-loop stall %.2f ms\n", watch.stopMs());
 }
 
 }  // namespace

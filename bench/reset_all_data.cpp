@@ -7,6 +7,7 @@
 // Run: build/bench/reset_all_data [--benchmark_repetitions=N]
 #include "Common/DataPaths.h"
 #include "BenchSession.h"
+#include "LoopTiming.h"
 #include "Common/Globals.h"
 #include "HIDDevice/Platform/Virtual/VirtualHidManager.h"
 #include "SQLite/DeviceSQLite.h"
@@ -15,7 +16,6 @@
 
 #include <QApplication>
 #include <QDir>
-#include <QElapsedTimer>
 #include <QTemporaryDir>
 #include <QTimer>
 
@@ -46,48 +46,6 @@ QApplication& application()
     (void)images;
     return *theApplication;
 }
-
-// Turns the event loop until `done` or 30 s have passed.
-bool spinUntil(const std::function<bool()>& done)
-{
-    const auto deadline = Clock::now() + std::chrono::seconds(30);
-    while (!done()) {
-        if (Clock::now() > deadline)
-            return false;
-        QApplication::processEvents(QEventLoop::AllEvents, 5);
-    }
-    return true;
-}
-
-// The longest gap between two turns of the event loop: a timer with no
-// interval fires once per turn.
-class StallWatch {
-public:
-    StallWatch()
-    {
-        QObject::connect(&tick_, &QTimer::timeout, [this] {
-            const auto now = Clock::now();
-            longest_ = std::max(longest_, now - last_);
-            last_ = now;
-        });
-    }
-    void start()
-    {
-        longest_ = {};
-        last_ = Clock::now();
-        tick_.start(0);
-    }
-    double stopMs()
-    {
-        tick_.stop();
-        return duration<double, std::milli>(longest_).count();
-    }
-
-private:
-    QTimer tick_;
-    Clock::time_point last_;
-    Clock::duration longest_{};
-};
 
 // Argument 0: the data folder in the system's temporary folder (a disk, as
 // the user's data folder is); 1: in memory (/dev/shm), which leaves out what
@@ -123,8 +81,7 @@ void BM_ResetAllData(benchmark::State& state)
     // costs the loop (other processes, the scheduler).
     StallWatch watch;
     watch.start();
-    const auto idleEnd = Clock::now() + std::chrono::seconds(1);
-    spinUntil([&] { return Clock::now() > idleEnd; });
+    turnFor(std::chrono::seconds(1));
     state.counters["idle_longest_stall_ms"] = watch.stopMs();
 
     double wireMs = 0, floorMs = 0, stallMs = 0, callMs = 0;
@@ -141,7 +98,7 @@ void BM_ResetAllData(benchmark::State& state)
             controller.resetAllData();
             returned = Clock::now();
         });
-        const bool finished = spinUntil([&] { return returned != Clock::time_point{} && !controller.hidcomm_busy(); });
+        const bool finished = turnUntil([&] { return returned != Clock::time_point{} && !controller.hidcomm_busy(); });
         const auto end = Clock::now();
         stallMs = std::max(stallMs, watch.stopMs());
         if (!finished) {

@@ -8,6 +8,7 @@
 // Both are measured again with a write-ahead log, for comparison.
 #include "Common/DataPaths.h"
 #include "BenchSession.h"
+#include "LoopTiming.h"
 #include "HIDDevice/Platform/Virtual/VirtualHidManager.h"
 #include "SQLite/DeviceSQLite.h"
 #include "Simulator/VirtualKeyboard.h"
@@ -28,15 +29,6 @@
 namespace {
 
 double ms(qint64 ns) { return double(ns) / 1e6; }
-
-bool turnUntil(const std::function<bool()>& done)
-{
-    QElapsedTimer clock;
-    clock.start();
-    while (!done() && clock.elapsed() < 10000)
-        QApplication::processEvents(QEventLoop::AllEvents, 10);
-    return done();
-}
 
 void timePasses(MainController& controller)
 {
@@ -59,32 +51,20 @@ void timeDrag(MainController& controller)
     // The dialog's first showing draws its colour fields; the drag starts
     // on a dialog already open.
     controller.setUserLightRGB();
-    QElapsedTimer warmUp;
-    warmUp.start();
-    turnUntil([&] { return warmUp.elapsed() > 300; });
+    turnFor(std::chrono::milliseconds(300));
     int reports = 0;
     QTimer drag;
     drag.setTimerType(Qt::PreciseTimer);
     QObject::connect(&drag, &QTimer::timeout, [&] {
         controller.colorPanel->setCurrentColor(QColor::fromHsv(reports++ % 360, 255, 255));
     });
-    // Runs once per turn of the event loop: the gap between two runs is how
-    // long the loop was held.
-    QElapsedTimer clock;
-    qint64 last = 0;
-    qint64 longest = 0;
-    QTimer heartbeat;
-    QObject::connect(&heartbeat, &QTimer::timeout, [&] {
-        const qint64 now = clock.nsecsElapsed();
-        longest = std::max(longest, now - last);
-        last = now;
-    });
-    clock.start();
+    StallWatch watch;
+    watch.start();
     drag.start(1);
-    heartbeat.start(0);
-    QTimer::singleShot(2000, [&] { drag.stop(); heartbeat.stop(); });
+    QTimer::singleShot(2000, [&] { drag.stop(); });
     turnUntil([&] { return !drag.isActive(); });
-    std::printf("2-second colour drag: %d colour reports, longest event-loop stall %.2f ms\n", reports, ms(longest));
+    const double longest = watch.stopMs();
+    std::printf("2-second colour drag: %d colour reports, longest event-loop stall %.2f ms\n", reports, longest);
 }
 
 }  // namespace
