@@ -2,12 +2,13 @@
 // limit, on a virtual keyboard with the real report pauses:
 //   - wire time of the upload against the floor of its own pauses;
 //   - the main thread's cost of reading the library and building the block;
-//   - the longest stall of the UI event loop while the upload runs (a 1 ms
-//     timer that notes the largest gap between its ticks; the goal is under
-//     16 ms, one frame), beside the same loop's stall with nothing to do.
+//   - the longest stall of the UI event loop while the upload runs (the goal
+//     is under 16 ms, one frame), beside the same loop's stall with nothing
+//     to do.
 // Usage: macro_upload [runs]
 #include "Common/DataPaths.h"
 #include "BenchSession.h"
+#include "LoopTiming.h"
 #include "HIDDevice/Platform/Virtual/VirtualBus.h"
 #include "HIDDevice/Platform/Virtual/VirtualHidManager.h"
 #include "Protocol/MacroStoreBlock.h"
@@ -18,22 +19,11 @@
 #include <QApplication>
 #include <QElapsedTimer>
 #include <QTemporaryDir>
-#include <QTimer>
 
 #include <algorithm>
 #include <cstdio>
-#include <functional>
 
 namespace {
-
-bool waitFor(const std::function<bool()>& condition, int timeoutMs = 20000)
-{
-    QElapsedTimer clock;
-    clock.start();
-    while (!condition() && clock.elapsed() < timeoutMs)
-        QCoreApplication::processEvents(QEventLoop::AllEvents, 5);
-    return condition();
-}
 
 // Ten macros of 337 key steps in all, the library whose block, with the
 // 10 ms delays put between keys, fills exactly 50 reports (3200 bytes).
@@ -70,39 +60,29 @@ int main(int argc, char** argv)
     }
     fillLibrary(*controller.deviceDB);
 
-    QElapsedTimer sinceTick;
-    qint64 longestStall = 0;
-    QTimer ticker;
-    ticker.setTimerType(Qt::PreciseTimer);
-    QObject::connect(&ticker, &QTimer::timeout, [&] {
-        longestStall = std::max(longestStall, sinceTick.restart());
-    });
     // The same loop with nothing to do: what the machine itself costs.
-    sinceTick.start();
-    ticker.start(1);
-    waitFor([] { return false; }, 800);
-    ticker.stop();
-    std::printf("idle loop for 800 ms: longest stall %lld ms\n", static_cast<long long>(longestStall));
+    StallWatch watch;
+    watch.start();
+    turnFor(std::chrono::milliseconds(800));
+    std::printf("idle loop for 800 ms: longest stall %.2f ms\n", watch.stopMs());
     std::printf("macro store at the size limit: 10 macros, 337 key steps, 50 reports\n");
     for (int run = 0; run < runs; ++run) {
         const int stores = keyboard->firmware().commandCount(Protocol::Command::BeginMacro);
-        longestStall = 0;
-        sinceTick.start();
-        ticker.start(1);
+        watch.start();
         QElapsedTimer wire;
         wire.start();
         controller.UpdateMacroInfo();  // list, library read, block, hand-over
         const qint64 mainThread = wire.elapsed();
-        waitFor([&] {
+        turnUntil([&] {
             return keyboard->firmware().commandCount(Protocol::Command::BeginMacro) > stores && !controller.hidcomm_busy();
-        });
+        }, std::chrono::seconds(20));
         const qint64 total = wire.elapsed();
-        ticker.stop();
+        const double longestStall = watch.stopMs();
         // Pause floor: 10 ms before each of the 53 reports, 30 ms twice.
         const int floorMs = 10 * (50 + 3) + 2 * 30;
-        std::printf("run %d: wire %lld ms (pause floor %d ms, +%lld ms), main thread %lld ms, longest UI stall %lld ms\n",
+        std::printf("run %d: wire %lld ms (pause floor %d ms, +%lld ms), main thread %lld ms, longest UI stall %.2f ms\n",
                     run + 1, static_cast<long long>(total), floorMs, static_cast<long long>(total - floorMs),
-                    static_cast<long long>(mainThread), static_cast<long long>(longestStall));
+                    static_cast<long long>(mainThread), longestStall);
     }
     const QStringList errors = keyboard->protocolErrors();
     if (!errors.isEmpty())
