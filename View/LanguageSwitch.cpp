@@ -8,7 +8,6 @@
 #include "SQLite/LocalSQLite.h"
 #include "View/MainController.h"
 #include "View/control/ButtonView.h"
-#include "View/control/FlippedRect.h"
 #include "View/control/ImageTitleButton.h"
 #include "View/popover/LanguagePopoverViewController.h"
 
@@ -60,10 +59,8 @@ void useChineseCapableFont()
 
 void MainController::initLanguageButton()
 {
-    imgbtn_language = new ImageButton(this);
-    imgbtn_language->setObjectName(QStringLiteral("imgbtn_language"));
-    imgbtn_language->setGeometry(flippedRect(kWindowHeight, 952, 684, 24, 24));
-    imgbtn_language->initControl(languageButtonImage(false), languageButtonImage(true));
+    imgbtn_language =
+        addImageButton("imgbtn_language", languageButtonImage(false), languageButtonImage(true), QRect(952, 684, 24, 24));
     connect(imgbtn_language, &QAbstractButton::clicked, this, &MainController::action_language);
 }
 

@@ -447,6 +447,9 @@ private:
 
     // ---- Pages and model list -----------------------------------------------
     void initTitleButtons();  // close, minimise, notification, connection
+    // An image button of the window, named as its outlet, at `frame` given
+    // with y upward.
+    ImageButton* addImageButton(const char* name, const QString& normal, const QString& hover, const QRect& frame);
     void showPage(int page);
     FuncButton* funcButtonOfPage(int page) const;
     void showModel(int newKeyboardType);

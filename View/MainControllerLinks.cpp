@@ -6,7 +6,6 @@
 #include "Common/ProductLinks.h"
 #include "Language/AppText.h"
 #include "View/control/ButtonView.h"
-#include "View/control/FlippedRect.h"
 
 #include <QDesktopServices>
 #include <QDir>
@@ -47,10 +46,8 @@ constexpr LinkButton kLinkButtons[] = {
 void MainController::initLinkButtons()
 {
     for (const LinkButton& b : kLinkButtons) {
-        auto* button = new ImageButton(this);
-        button->setObjectName(QString::fromLatin1(b.name));
-        button->setGeometry(flippedRect(kWindowHeight, b.x, 684, 24, 24));
-        button->initControl(QString::fromLatin1(b.normal), QString::fromLatin1(b.hover));
+        ImageButton* button = addImageButton(b.name, QString::fromLatin1(b.normal), QString::fromLatin1(b.hover),
+                                             QRect(b.x, 684, 24, 24));
         connect(button, &QAbstractButton::clicked, this, b.action);
         this->*b.field = button;
     }

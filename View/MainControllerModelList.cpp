@@ -59,24 +59,18 @@ void MainController::initModelList()
          &MainController::action_device_select_down},
     };
     for (int model = 0; model < 3; ++model) {
-        auto* button = new ImageButton(this);
-        button->setObjectName(QString::fromLatin1(buttons[model].name));
         const QString image = QString::fromLatin1(buttons[model].image);
-        button->initControl(image, image);
-        button->setGeometry(windowFrame(ModelList::slotOf(model, keyboardType)));
+        ImageButton* button = addImageButton(buttons[model].name, image, image,
+                                             ModelList::slotFrame(ModelList::slotOf(model, keyboardType)));
         connect(button, &QAbstractButton::clicked, this, buttons[model].action);
         this->*buttons[model].field = button;
     }
 
-    imgbtn_dev_up = new ImageButton(this);
-    imgbtn_dev_up->setObjectName(QStringLiteral("imgbtn_dev_up"));
-    imgbtn_dev_up->setGeometry(flippedRect(kWindowHeight, 68, 588, 32, 24));
-    imgbtn_dev_up->initControl(QStringLiteral("btn_dev_up_n"), QStringLiteral("btn_dev_up_h"));
+    imgbtn_dev_up = addImageButton("imgbtn_dev_up", QStringLiteral("btn_dev_up_n"), QStringLiteral("btn_dev_up_h"),
+                                   QRect(68, 588, 32, 24));
     connect(imgbtn_dev_up, &QAbstractButton::clicked, this, &MainController::action_device_toup);
-    imgbtn_dev_down = new ImageButton(this);
-    imgbtn_dev_down->setObjectName(QStringLiteral("imgbtn_dev_down"));
-    imgbtn_dev_down->setGeometry(flippedRect(kWindowHeight, 68, 100, 32, 24));
-    imgbtn_dev_down->initControl(QStringLiteral("btn_dev_down_n"), QStringLiteral("btn_dev_down_h"));
+    imgbtn_dev_down = addImageButton("imgbtn_dev_down", QStringLiteral("btn_dev_down_n"),
+                                     QStringLiteral("btn_dev_down_h"), QRect(68, 100, 32, 24));
     connect(imgbtn_dev_down, &QAbstractButton::clicked, this, &MainController::action_device_todown);
 }
 

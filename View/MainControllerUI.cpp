@@ -62,16 +62,21 @@ void MainController::initTitleButtons()
         {&MainController::imgbtn_usb, "imgbtn_usb", "sys_btn_usb_n", "sys_btn_usb_n", {1022, 682, 28, 28}},
         {&MainController::imgbtn_nofity, "imgbtn_nofity", "sys_btn_nofity_n", "sys_btn_nofity_n", {988, 684, 24, 24}},
     };
-    for (const auto& b : buttons) {
-        auto* button = new ImageButton(this);
-        button->setObjectName(QString::fromLatin1(b.name));
-        button->setGeometry(flippedRect(kWindowHeight, b.frame.x(), b.frame.y(), b.frame.width(), b.frame.height()));
-        button->initControl(QString::fromLatin1(b.normal), QString::fromLatin1(b.hover));
-        this->*b.field = button;
-    }
+    for (const auto& b : buttons)
+        this->*b.field = addImageButton(b.name, QString::fromLatin1(b.normal), QString::fromLatin1(b.hover), b.frame);
     connect(imgbtn_close, &QAbstractButton::clicked, this, &MainController::action_closewindow);
     connect(imgbtn_min, &QAbstractButton::clicked, this, &MainController::action_minwindow);
     setWindowButtonToolTips();
+}
+
+ImageButton* MainController::addImageButton(const char* name, const QString& normal, const QString& hover,
+                                            const QRect& frame)
+{
+    auto* button = new ImageButton(this);
+    button->setObjectName(QString::fromLatin1(name));
+    button->setGeometry(flippedRect(kWindowHeight, frame.x(), frame.y(), frame.width(), frame.height()));
+    button->initControl(normal, hover);
+    return button;
 }
 
 void MainController::action_closewindow() { window()->close(); }
