@@ -15,3 +15,12 @@ int DeviceModel::keyboardTypeForDeviceType(int deviceType)
     default: return 0;
     }
 }
+
+int DeviceModel::deviceTypeForKeyboardType(int keyboardType)
+{
+    switch (keyboardType) {
+    case 0: return kDeviceType68k;
+    case 2: return kDeviceTypeCnc;
+    default: return kDeviceType61k;
+    }
+}

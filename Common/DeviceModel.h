@@ -17,5 +17,7 @@ int deviceTypeForProduct(const QString& product);
 
 // g_device_type -> keyboardType
 int keyboardTypeForDeviceType(int deviceType);
+// keyboardType -> g_device_type; anything unknown is the 61-key model.
+int deviceTypeForKeyboardType(int keyboardType);
 
 }  // namespace DeviceModel

@@ -17,25 +17,6 @@ using ModelList::Slot;
 
 namespace {
 
-const KeyboardModelLayout& modelOfKeyboardType(int keyboardType)
-{
-    switch (keyboardType) {
-    case 0: return keyboardModel68k();
-    case 2: return keyboardModelCnc();
-    default: return keyboardModel61k();
-    }
-}
-
-// keyboardType -> g_device_type, the other numbering of the same models.
-int deviceTypeOfKeyboardType(int keyboardType)
-{
-    switch (keyboardType) {
-    case 0: return DeviceModel::kDeviceType68k;
-    case 2: return DeviceModel::kDeviceTypeCnc;
-    default: return DeviceModel::kDeviceType61k;
-    }
-}
-
 QRect windowFrame(Slot slot)
 {
     const QRect r = ModelList::slotFrame(slot);
@@ -86,7 +67,7 @@ ImageButton* MainController::modelListButton(int keyboardTypeOfButton) const
 void MainController::showModel(int newKeyboardType)
 {
     closeColorPanel();
-    setCurrentDevice(deviceTypeOfKeyboardType(newKeyboardType));
+    setCurrentDevice(DeviceModel::deviceTypeForKeyboardType(newKeyboardType));
 }
 
 void MainController::action_device_select_up() { showModel(0); }
@@ -97,7 +78,7 @@ void MainController::action_device_todown() { showModel(ModelList::before(keyboa
 
 QString MainController::getNewAnimationImage(int newkb_type)
 {
-    const KeyboardModelLayout& model = modelOfKeyboardType(newkb_type);
+    const KeyboardModelLayout& model = keyboardModelForKeyboardType(newkb_type);
     return casePictureForDigit(model, storedCaseDigit(model));
 }
 

@@ -119,4 +119,6 @@ TEST(DeviceModelRules, OnlyTheTwo61KeyNamesSpeltExactlyAreThe61KeyModel)
         EXPECT_EQ(DeviceModel::deviceTypeForProduct(other), 2) << other;
     EXPECT_EQ(std::tuple(DeviceModel::keyboardTypeForDeviceType(0), DeviceModel::keyboardTypeForDeviceType(1),
                          DeviceModel::keyboardTypeForDeviceType(2)), std::tuple(2, 1, 0));
+    for (int deviceType : {0, 1, 2})
+        EXPECT_EQ(DeviceModel::deviceTypeForKeyboardType(DeviceModel::keyboardTypeForDeviceType(deviceType)), deviceType);
 }

@@ -219,6 +219,15 @@ const KeyboardModelLayout& keyboardModelForLayout(int keyboardLayout)
     }
 }
 
+const KeyboardModelLayout& keyboardModelForKeyboardType(int keyboardType)
+{
+    switch (keyboardType) {
+    case 0: return keyboardModel68k();
+    case 2: return keyboardModelCnc();
+    default: return keyboardModel61k();
+    }
+}
+
 std::optional<CaseColour> caseColourForDigit(const KeyboardModelLayout& model, const QString& digit)
 {
     bool ok = false;

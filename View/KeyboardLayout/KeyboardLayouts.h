@@ -90,6 +90,9 @@ const KeyboardModelLayout& keyboardModel68k();
 const KeyboardModelLayout& keyboardModelCnc();
 // By `keyboardLayout`; anything unknown is the 61-key model.
 const KeyboardModelLayout& keyboardModelForLayout(int keyboardLayout);
+// By `keyboardType` (0 68-key, 1 61-key, 2 CNC); anything unknown is the
+// 61-key model.
+const KeyboardModelLayout& keyboardModelForKeyboardType(int keyboardType);
 
 // ---- Case colours ---------------------------------------------------------
 // Colour types 1 to 4 go with the selector buttons tagged 200 to 203.
