@@ -95,7 +95,6 @@ void MainController::LanguageSwicth()
     if (customlight_mode_tab)
         customlight_mode_tab->setTitleTextColor(Qt::black);
     initLightTableData();
-    setMacroPageTexts();
     setEmptyListHints();
     // The guide and web link buttons' tool tips.
     setLinkToolTips();

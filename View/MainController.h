@@ -310,7 +310,6 @@ public:
 
     // ---- Macro page and macro store (MainControllerMacro) -------------------
     void initMacroPage();  // builds macro_view, hidden until its page is chosen
-    void setMacroPageTexts();
     void registerMacroNotifications();
     void loadMacroData();
     void UpdateMacroInfo();

@@ -68,14 +68,6 @@ void MainController::initMacroPage()
     macro_view->hide();
 }
 
-void MainController::setMacroPageTexts()
-{
-    if (!macro_view)
-        return;
-    label_macro_caption->setText(languageText(350));
-    btn_macro_newmacro->setText(btn_macro_newmacro->text_rect, languageText(350));
-}
-
 void MainController::registerMacroNotifications()
 {
     if (macroObserversAdded_)

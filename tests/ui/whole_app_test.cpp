@@ -157,13 +157,15 @@ TEST_F(WholeApp, PagesPopoversAndTheModelListChangeTheWindowAndSendNothing)
     EXPECT_EQ(pageState(), "keys func_keyset 1");
 
     // The language menu: every text and the button's own image follow.
-    for (const auto& [row, title, image] : {std::tuple{&LanguagePopoverViewController::lan2052MenuItem, "按键设置", "sys_btn_cn_n"},
-                                           {&LanguagePopoverViewController::lan1033MenuItem, "Key Set", "sys_btn_en_n"}}) {
+    for (const auto& [row, title, macroButton, image] :
+         {std::tuple{&LanguagePopoverViewController::lan2052MenuItem, "按键设置", "创建宏", "sys_btn_cn_n"},
+          {&LanguagePopoverViewController::lan1033MenuItem, "Key Set", "Create Macro", "sys_btn_en_n"}}) {
         click(c.imgbtn_language);
         ASSERT_TRUE(c.languagePopover && c.languagePopover->isVisible());
         command(c.languagePopover->*row);
         EXPECT_FALSE(c.languagePopover->isVisible());
         EXPECT_EQ(c.func_keyset->title(), QString::fromUtf8(title));
+        EXPECT_EQ(c.btn_macro_newmacro->textView->text(), QString::fromUtf8(macroButton));
         EXPECT_EQ(c.imgbtn_language->cur_normal_name, image);
     }
 
