@@ -66,7 +66,7 @@ void MainController::initTitleButtons()
         this->*b.field = addImageButton(b.name, QString::fromLatin1(b.normal), QString::fromLatin1(b.hover), b.frame);
     connect(imgbtn_close, &QAbstractButton::clicked, this, &MainController::action_closewindow);
     connect(imgbtn_min, &QAbstractButton::clicked, this, &MainController::action_minwindow);
-    setWindowButtonToolTips();
+    // Their tool tips come with every other text, from LanguageSwicth.
 }
 
 ImageButton* MainController::addImageButton(const char* name, const QString& normal, const QString& hover,
