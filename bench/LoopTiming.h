@@ -2,11 +2,13 @@
 // What the scripted measurements need of the event loop: turning it until
 // something is done, and the longest time it went without turning.
 #include <QCoreApplication>
+#include <QElapsedTimer>
 #include <QTimer>
 
 #include <algorithm>
 #include <chrono>
 #include <functional>
+#include <vector>
 
 // Turns the event loop until `done`, or until `timeout` has passed; says
 // whether `done` came.
@@ -59,3 +61,25 @@ private:
     Clock::time_point last_;
     Clock::duration longest_{};
 };
+
+// How long `count` runs of `call` (given its run number) each took, in ms,
+// with the event loop turned for `between` after each.
+struct CallTimes {
+    double median = 0, p95 = 0, max = 0;
+};
+inline CallTimes timeCalls(int count, const std::function<void(int)>& call,
+                           std::chrono::milliseconds between = std::chrono::milliseconds(0))
+{
+    std::vector<qint64> times;
+    QElapsedTimer clock;
+    for (int i = 0; i < count; ++i) {
+        clock.start();
+        call(i);
+        times.push_back(clock.nsecsElapsed());
+        if (between.count() > 0)
+            turnFor(between);
+    }
+    std::sort(times.begin(), times.end());
+    const auto ms = [](qint64 ns) { return double(ns) / 1e6; };
+    return {ms(times[size_t(count / 2)]), ms(times[size_t(count * 95 / 100)]), ms(times.back())};
+}

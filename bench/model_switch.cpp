@@ -12,31 +12,19 @@
 #include "View/control/ButtonView.h"
 
 #include <QApplication>
-#include <QElapsedTimer>
 #include <QTemporaryDir>
 
-#include <algorithm>
 #include <cstdio>
-#include <vector>
 
 namespace {
 
-double ms(qint64 ns) { return double(ns) / 1e6; }
-
 void timeClicks(MainController& controller)
 {
-    std::vector<qint64> clicks;
-    QElapsedTimer clock;
-    for (int i = 0; i < 60; ++i) {
-        clock.start();
-        controller.imgbtn_dev_down->click();
-        clicks.push_back(clock.nsecsElapsed());
-        turnFor(std::chrono::milliseconds(20));
-    }
-    std::sort(clicks.begin(), clicks.end());
+    const CallTimes t =
+        timeCalls(60, [&](int) { controller.imgbtn_dev_down->click(); }, std::chrono::milliseconds(20));
     std::printf("one model list click (picture rebuilt, slides started): median %.2f ms, p95 %.2f ms, max %.2f ms "
                 "(60 clicks)\n",
-                ms(clicks[30]), ms(clicks[57]), ms(clicks.back()));
+                t.median, t.p95, t.max);
 }
 
 void timeTurns(MainController& controller)

@@ -18,32 +18,19 @@
 
 #include <QApplication>
 #include <QColorDialog>
-#include <QElapsedTimer>
 #include <QTemporaryDir>
 #include <QTimer>
 
-#include <algorithm>
 #include <cstdio>
-#include <vector>
 
 namespace {
 
-double ms(qint64 ns) { return double(ns) / 1e6; }
-
 void timePasses(MainController& controller)
 {
-    std::vector<qint64> passes;
-    QElapsedTimer clock;
-    for (int i = 0; i < 200; ++i) {
-        const QColor colour = QColor::fromHsv(i % 360, 255, 255);
-        clock.start();
-        controller.changeUserLightColor(colour);
-        passes.push_back(clock.nsecsElapsed());
-    }
-    std::sort(passes.begin(), passes.end());
+    const CallTimes t =
+        timeCalls(200, [&](int i) { controller.changeUserLightColor(QColor::fromHsv(i % 360, 255, 255)); });
     std::printf("one paint pass over %zu keys: median %.2f ms, p95 %.2f ms, max %.2f ms (200 passes)\n",
-                controller.orvane_keyboardctrl->kbKeyArrayHover.size(), ms(passes[100]), ms(passes[190]),
-                ms(passes.back()));
+                controller.orvane_keyboardctrl->kbKeyArrayHover.size(), t.median, t.p95, t.max);
 }
 
 void timeDrag(MainController& controller)
