@@ -226,6 +226,7 @@ void MacroStepEditor::selectRows(const Rows& rows)
 
 void MacroStepEditor::apply(Edited edited)
 {
+    closeDelayField();  // it would stand over another row now
     if (edited.steps == recorder_.steps())
         return;
     history_.push(recorder_.steps());
@@ -268,6 +269,7 @@ void MacroStepEditor::insertKind(int kind, bool after)
 
 void MacroStepEditor::undo()
 {
+    closeDelayField();
     if (std::optional<Steps> back = history_.undo(recorder_.steps())) {
         recorder_.setSteps(std::move(*back));
         pendingSelection_ = Rows{};
@@ -277,6 +279,7 @@ void MacroStepEditor::undo()
 
 void MacroStepEditor::redo()
 {
+    closeDelayField();
     if (std::optional<Steps> again = history_.redo(recorder_.steps())) {
         recorder_.setSteps(std::move(*again));
         pendingSelection_ = Rows{};

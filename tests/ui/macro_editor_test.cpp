@@ -120,6 +120,7 @@ void MacroEditor::screenshots()
     for (const auto& [language, suffix] : {std::pair{kLanguageEnglish, "en"}, std::pair{kLanguageChinese, "zh"}}) {
         G_Language = language;
         macro().viewDidAppear();
+        QTest::mouseClick(macro().btn_saverecord, Qt::LeftButton);  // the refusal in this language
         QApplication::processEvents();
         QImageWriter(QDir(dir).filePath(QStringLiteral("macro-editor-%1.png").arg(suffix)))
             .write(macro().window()->grab().toImage());
