@@ -62,7 +62,10 @@ MacroStepEditor::MacroStepEditor(QListWidget* steps, MacroRecorder& recorder, QW
     list->setGeometry(0, 0, width(), height() - kToolsHeight);
     list->setFocusPolicy(Qt::StrongFocus);
     list->setSelectionMode(QAbstractItemView::ExtendedSelection);
-    list->setDragDropMode(QAbstractItemView::InternalMove);
+    // A drag offers a copy that the drop turns into a step move: a move
+    // would have the list remove the dragged rows itself afterwards.
+    list->setDragDropMode(QAbstractItemView::DragDrop);
+    list->setDefaultDropAction(Qt::CopyAction);
     list->setStyleSheet(list->styleSheet() + QStringLiteral(" QListWidget::item:selected { background: %1; }")
                                                  .arg(Theme::selectedRow().name()));
     list->viewport()->installEventFilter(this);
@@ -357,6 +360,10 @@ bool MacroStepEditor::dropSteps(QDropEvent* drop)
 {
     // The list only lends its dragging: the move is a step edit, and the
     // list must not move or remove rows of its own.
+    if (drop->source() != list) {
+        drop->ignore();
+        return true;
+    }
     drop->setDropAction(Qt::CopyAction);
     drop->accept();
     dropAt(drop->position().toPoint());
