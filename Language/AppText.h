@@ -81,6 +81,41 @@ enum class AppText {
     PermissionWithAdvice,     // %1 the doctor's advice
     PermissionUdevRule,       // %1 the shell commands
 
+    // The macro window's step editor.
+    StepDelete,
+    StepMoveUp,
+    StepMoveDown,
+    StepUndo,
+    StepRedo,
+    StepTextButton,
+    StepInsertBefore,
+    StepInsertAfter,
+    StepInsertDelay,
+    StepInsertKeyPress,
+    StepInsertLeftClick,
+    StepInsertMiddleClick,
+    StepInsertRightClick,
+    StepNeverReleased,
+    StepNeverPressed,
+    StepDelayTooLong,
+    StepDelayRange,
+    StepStoreFigure,         // %1 bytes this macro uses, %2 bytes left for it
+    StepSaveNeverReleased,   // %1 the step's number
+    StepSaveNeverPressed,    // %1 the step's number
+    StepSaveDelayTooLong,    // %1 the step's number
+    StepSaveTooLong,         // %1 bytes needed, %2 left, %3 over
+    StepSaveTooManySteps,    // %1 bytes counted, %2 the limit, %3 over
+    StepSaveTooManyMacros,   // %1 the limit
+    StepKeyDialogTitle,
+    StepKeyDialogHint,
+    StepKeyDialogInsert,
+    StepDialogCancel,
+    StepTextDialogTitle,
+    StepTextDialogHint,
+    StepTextCopy,
+    StepTextApply,
+    StepTextBadLine,  // %1 the line's number, %2 the line
+
     // Lists with no rows yet
     MacroListEmpty,      // %1 the new macro button's text
     UserLightListEmpty,  // %1 the menu's add entry

@@ -5,6 +5,7 @@
 #include "Language/AppText.h"
 #include "Language/Language.h"
 #include "SQLite/DeviceSQLite.h"
+#include "View/MacroStepEditor.h"
 #include "View/control/ButtonView.h"
 #include "View/control/FlippedRect.h"
 #include "View/control/TableItemView.h"
@@ -144,6 +145,10 @@ void MaroController::buildControls()
     label_status->setGeometry(frame(kMargin, kMargin - 4, kLeftWidth, kButtonHeight + 20));
     label_status->setWordWrap(true);
     Theme::setTextColor(label_status, Theme::recordBlue());
+
+    stepEditor = new MacroStepEditor(record_tableview, recorder, this);
+    connect(stepEditor, &MacroStepEditor::stepsEdited, this, [this] { reloadList(); });
+    connect(stepEditor, &MacroStepEditor::message, label_status, &QLabel::setText);
 }
 
 void MaroController::buildOptions()
@@ -183,6 +188,7 @@ void MaroController::viewDidLoad()
             edit_newmacro->setText(info.macroName);
         loadMacroRecordData(MacorId);
     }
+    stepEditor->loadLibrary(deviceDB, MacorId);
 }
 
 void MaroController::viewDidAppear()
@@ -201,6 +207,7 @@ void MaroController::viewDidAppear()
     edit_newmacro->setPlaceholderText(appText(AppText::MacroNamePlaceholder));
     if (recordIng)
         label_status->setText(appText(AppText::MacroRecordingHint));
+    stepEditor->retranslate();
 }
 
 void MaroController::loadMacroRecordData(int64_t macroId)
@@ -235,6 +242,7 @@ void MaroController::reloadList()
     }
     if (recordIng)
         record_tableview->scrollToBottom();
+    stepEditor->refresh();
 }
 
 void MaroController::action_macrorecord()
@@ -268,6 +276,7 @@ void MaroController::setRecordingControls(bool recording)
                           btn_newmacro->icon_rect);
     btn_newmacro->setText(btn_newmacro->text_rect, languageText(recording ? 361 : 360));
     label_status->setText(recording ? appText(AppText::MacroRecordingHint) : QString());
+    stepEditor->setRecording(recording);
     if (recording)
         setFocus();  // keys typed while recording must not edit the name
 }
@@ -325,6 +334,10 @@ void MaroController::action_saverecord()
     const QString name = edit_newmacro->text();
     if (name.isEmpty() || !deviceDB)
         return;
+    if (const std::optional<QString> refusal = stepEditor->saveRefusal()) {
+        label_status->setText(*refusal);
+        return;
+    }
     MacroInfo info{MacorId, edit_repeattimes->value(), 1, edit_repeatdalay->value(), name};
     std::vector<RecordInfo> rows;
     for (const MacroStep& step : recorder.steps())
@@ -336,6 +349,7 @@ void MaroController::action_saverecord()
     }
     MacorId = id;
     label_status->clear();
+    stepEditor->saved(deviceDB, MacorId);
     NotificationCenter::defaultCenter().post(QStringLiteral("UpdateMacroInfo"));
 }
 

@@ -22,6 +22,7 @@
 class DeviceComm;
 class DeviceSQLite;
 class IconButton;
+class MacroStepEditor;
 class ImageButton;
 class QCheckBox;
 class QKeyEvent;
@@ -77,6 +78,7 @@ public:
     QLabel* label_repeatdelay_desc = nullptr;
     QLabel* label_status = nullptr;  // the recording hint, or why a save failed
     QListWidget* record_tableview = nullptr;
+    MacroStepEditor* stepEditor = nullptr;  // holds record_tableview
 
     int64_t MacorId = 0;
     DeviceSQLite* deviceDB = nullptr;

@@ -8,18 +8,12 @@
 // the first step. A key that the active code map does not know adds nothing:
 // the list has no name for it and the keyboard could not play it.
 
+#include "Common/MacroSteps.h"
+
 #include <QString>
 
 #include <cstdint>
 #include <vector>
-
-struct MacroStep {
-    int type = 0;      // 1 delay, 2 key down, 3 key up, 4 mouse down, 5 mouse up
-    QString text;      // "3 Keyboard Down (A)"; English in both languages
-    int64_t value = 0; // milliseconds, key code, or 1 for the left button
-
-    bool operator==(const MacroStep&) const = default;
-};
 
 class MacroRecorder {
 public:

@@ -12,6 +12,8 @@ inline QColor normalText() { return QColor::fromRgbF(0.05f, 0.05f, 0.05f); }
 inline QColor lightRowText() { return QColor::fromRgbF(0.02f, 0.02f, 0.02f); }
 // Captions of controls that cannot be used at the moment.
 inline QColor disabledText() { return QColor::fromRgbF(0.6f, 0.6f, 0.6f); }
+// Steps and figures that keep a macro from being saved.
+inline QColor problemText() { return QColor(0xc6, 0x28, 0x28); }
 inline QColor hoverBlue() { return QColor::fromRgbF(0.2235294117647059f, 0.6470588235294118f, 1.0f); }
 inline QColor recordBlue() { return QColor::fromRgbF(0.00392156862745098f, 0.5882352941176471f, 1.0f); }
 inline QColor panel() { return QColor(0xff, 0xff, 0xff); }

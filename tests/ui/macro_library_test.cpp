@@ -137,7 +137,7 @@ protected:
 
 TEST_F(MacroLibrary, RecordSaveBindToAKeyThenDeleteAnEarlierMacroAndSendAgain)
 {
-    recordAndSave("Early", [&](MaroController& m) { key(m, QEvent::KeyPress, kB, 500); });
+    recordAndSave("Early", [&](MaroController& m) { key(m, QEvent::KeyPress, kB, 500); key(m, QEvent::KeyRelease, kB, 520); });
     recordAndSave("Tap and click", [&](MaroController& m) {
         key(m, QEvent::KeyPress, kA, 1000);
         key(m, QEvent::KeyRelease, kA, 1100);
@@ -145,7 +145,7 @@ TEST_F(MacroLibrary, RecordSaveBindToAKeyThenDeleteAnEarlierMacroAndSendAgain)
     }, 3, true);
     ASSERT_EQ(controller->macro_datas.size(), 2);
     const int64_t tapId = controller->macro_datas[1].value("macroid").toLongLong();
-    EXPECT_EQ(firmware().state().macro(0), (StoredMacro{true, true, {{K::KeyDown, 5}}}));
+    EXPECT_EQ(firmware().state().macro(0), (StoredMacro{true, true, {{K::KeyDown, 5}, {K::Delay, 20}, {K::KeyUp, 5}}}));
     EXPECT_EQ(firmware().state().macro(1),
               (StoredMacro{true, true, {{K::KeyDown, 4}, {K::Delay, 100}, {K::KeyUp, 4}, {K::Delay, 500},
                                         {K::MouseDown, 1}, {K::Delay, 50}, {K::MouseUp, 1}}}));
@@ -185,9 +185,9 @@ TEST_F(MacroLibrary, RecordSaveBindToAKeyThenDeleteAnEarlierMacroAndSendAgain)
     controller->macroWindow->close();
 
     // The next save and key table upload carry the moved-up place.
-    recordAndSave("Late", [&](MaroController& m) { key(m, QEvent::KeyPress, kB, 500); });
+    recordAndSave("Late", [&](MaroController& m) { key(m, QEvent::KeyPress, kB, 500); key(m, QEvent::KeyRelease, kB, 520); });
     EXPECT_EQ(firmware().state().macro(0).steps.size(), 7u);
-    EXPECT_EQ(firmware().state().macro(1), (StoredMacro{true, true, {{K::KeyDown, 5}}}));
+    EXPECT_EQ(firmware().state().macro(1), (StoredMacro{true, true, {{K::KeyDown, 5}, {K::Delay, 20}, {K::KeyUp, 5}}}));
     sets = firmware().setCount();
     controller->setKeyMacroData(1);
     ASSERT_TRUE(sent(sets));
