@@ -58,6 +58,9 @@ void MainController::resetAllData()
     for (int p : kResetProfiles)
         setHFDSystemSetData(p);
     resetUserLightData();
+    // The macros went with the store: the keyboard's go too, so it holds
+    // what the window shows.
+    SaveMacroToKeyboard();
     loadKeyMacro();
     showExchangeResult(appText(AppText::ResetAllDone));
 }

@@ -118,6 +118,10 @@ TEST_F(ProfileSync, ResetAllClearsProfiles1To4OnTheKeyboardAndLeavesProfile5AndT
     EXPECT_EQ(controller->currentProfile, 1);
     EXPECT_EQ(legendOf(kEscape), keyCodeRecord(kEscape)->full_name);
     EXPECT_EQ(controller->deviceDB->getConfigData(5, "disable_win"), "0") << "the store is seeded anew";
+    // No macros are left: the keyboard gets the empty store, and a line says it is done.
+    EXPECT_EQ(testing_support::hexFromBytes(after.macroStore()), std::string(2 * 510, '0') + "aa55");
+    EXPECT_EQ(controller->label_exchange->text(),
+              "Everything is reset: profiles, macros and light modes are back to the defaults.");
 }
 
 TEST_F(ProfileSync, AStoredAssignmentGoesOutWithItsTableAndShowsWhenTheKeyboardPicksItsProfile)
