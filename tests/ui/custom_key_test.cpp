@@ -147,6 +147,8 @@ TEST_F(CustomKey, CtrlShiftKIsCapturedStoredSentAndComesBackThroughAnExchangeFil
     dialog->hide();
     open();
     EXPECT_EQ(dialog->label_keyfunc->text(), "请输入键盘按键");
+    press({{QEvent::KeyPress, kCtrl}, {QEvent::KeyPress, kShift}, {QEvent::KeyPress, kK}});
+    screenshot("capture-dialog-zh");
     controller->switchLanguage(kLanguageEnglish);
 }
 
