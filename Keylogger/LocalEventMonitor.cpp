@@ -45,6 +45,8 @@ void deliver(QKeyEvent* event)
         kind = FlagsChangedMask;
     else if (event->type() == QEvent::KeyPress)
         kind = KeyDownMask;
+    else if (event->type() == QEvent::KeyRelease)
+        kind = KeyUpMask;
     // A handler may remove monitors (its dialog closes): walk a copy.
     const std::map<int, Monitor> current = monitors();
     for (const auto& [token, monitor] : current)

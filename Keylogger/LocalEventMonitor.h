@@ -12,6 +12,7 @@ namespace LocalEventMonitor {
 
 enum Mask : unsigned {
     KeyDownMask = 1u << 10,       // a key other than a modifier pressed (repeats included)
+    KeyUpMask = 1u << 11,         // a key other than a modifier released
     FlagsChangedMask = 1u << 12,  // a modifier pressed or released
 };
 

@@ -13,6 +13,34 @@ enum class AppText {
     MacroStoreTooManyMacros,  // %1 macros in the library, %2 the limit, %3 over
     MacroStoreTooLong,        // %1 bytes needed, %2 the limit, %3 over
     MacroStoreTooManySteps,   // %1 bytes counted, %2 the limit, %3 over
+    MacroStepCountOne,        // %1 the number of steps of a macro
+    MacroStepCountMany,
+    KeyCapMacro,     // %1 the macro's name, on a key's cap
+    KeyCapDisabled,  // on the cap of a key that is turned off
+    KeyMenuDisable,  // the key menu's entry that turns a key off
+
+    // The reset questions and their results; %1 the profile's name.
+    ResetProfileQuestion,
+    ResetProfileLoses,
+    ResetProfileButton,
+    ResetProfileDone,
+    ResetAllQuestion,
+    ResetAllLoses,
+    ResetAllButton,
+    ResetAllDone,
+
+    // Deleting a macro: %1 its name; the keys that play it.
+    DeleteMacroQuestion,
+    DeleteMacroKeys,  // %1 "Profile A: Escape, Caps Lock"
+    DeleteMacroNoKeys,
+    DeleteMacroButton,
+    // The macro window's name field and its closing.
+    MacroNameEmpty,
+    MacroNameTooLong,  // %1 the longest name
+    MacroUnsavedQuestion,
+    MacroUnsavedLoses,  // %1 the number of steps
+    MacroUnsavedDiscard,
+    MacroUnsavedKeep,
 
     // The window's own buttons and the tray menu.
     Quit,

@@ -1,5 +1,7 @@
 #include "Protocol/KeyTableBlock.h"
 
+#include "Common/KeyCombination.h"
+
 #include <algorithm>
 
 namespace KeyTableBlock {
@@ -52,10 +54,15 @@ constexpr bool isModifier(int usage) { return usage >= 224 && usage <= 231; }
 constexpr uint8_t modifierBit(int usage) { return uint8_t(1u << (usage - 224)); }
 constexpr bool fitsByte(int64_t value) { return value >= 0 && value <= 0xFF; }
 
-// `macroValue` is the key, `macro2Value` an optional modifier beside it. A
-// lone modifier moves into the modifier byte.
+// `macroValue` is the key, `macro2Value` an optional modifier beside it (a
+// usage, or a flagged mask of several: Common/KeyCombination.h). A lone
+// modifier moves into the modifier byte.
 Entry customKeyEntry(int key, int modifier)
 {
+    if (modifier & KeyCombination::kMaskFlag) {
+        const KeyCombination::Combination combination = KeyCombination::fromRow(key, modifier);
+        return {kKeyboardEntry, combination.modifiers, uint8_t(combination.key), 0};
+    }
     Entry entry{kKeyboardEntry, 0, 0, 0};
     if (modifier != 0)
         entry[1] = isModifier(modifier) ? modifierBit(modifier) : uint8_t(modifier);

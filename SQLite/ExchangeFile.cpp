@@ -2,7 +2,11 @@
 
 #include "Common/OutputLine.h"
 
+#include <QFile>
 #include <QFileInfo>
+#include <QTemporaryFile>
+
+#include <filesystem>
 
 std::unique_ptr<SQLite::Database> ExchangeFile::open(const QString& dbUri, ExchangeAccess access, std::string& failure)
 {
@@ -56,4 +60,31 @@ QString ExchangeFile::displayName(const QString& dbUri)
 {
     const QUrl url(dbUri);
     return url.isLocalFile() ? QFileInfo(url.toLocalFile()).fileName() : dbUri;
+}
+
+bool ExchangeFile::writeWhole(const QString& dbUri, const std::function<bool(const QString& tempUri)>& write,
+                              std::string& failure)
+{
+    const QString target = QUrl(dbUri).toLocalFile();
+    QTemporaryFile temp(target + QStringLiteral(".XXXXXX"));
+    if (!temp.open()) {
+        failure = temp.errorString().toStdString();
+        return false;
+    }
+    temp.close();
+    // Readable as any file the user saves, not only as a private temporary.
+    temp.setPermissions(QFile::ReadOwner | QFile::WriteOwner | QFile::ReadGroup | QFile::ReadOther);
+    if (!write(QUrl::fromLocalFile(temp.fileName()).toString(QUrl::FullyEncoded)))
+        return false;
+    // rename() replaces the target in one step; the temporary's name is
+    // then gone, so it must not be removed afterwards.
+    std::error_code error;
+    std::filesystem::rename(QFile::encodeName(temp.fileName()).toStdString(), QFile::encodeName(target).toStdString(),
+                            error);
+    if (error) {
+        failure = error.message();
+        return false;
+    }
+    temp.setAutoRemove(false);
+    return true;
 }

@@ -13,6 +13,7 @@
 #include <QString>
 #include <QUrl>
 
+#include <functional>
 #include <memory>
 #include <string>
 
@@ -40,5 +41,11 @@ QString fileUrlInFolder(const QString& folder, const QString& name, const QStrin
 
 // The file's name for messages ("Profile A.key").
 QString displayName(const QString& dbUri);
+
+// Writes the file `dbUri` whole or not at all: `write` fills a new file
+// beside it (given as a file: URL), which then takes the place of any file
+// of that name in one rename. An existing file is kept as it was when
+// `write` fails (answering false with `failure` set) or the rename does.
+bool writeWhole(const QString& dbUri, const std::function<bool(const QString& tempUri)>& write, std::string& failure);
 
 }  // namespace ExchangeFile

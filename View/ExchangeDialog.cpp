@@ -9,6 +9,13 @@ QString runExchangeDialog(QWidget* parent, const ExchangeDialog& dialog)
     if (dialog.pick == ExchangeDialog::Pick::Folder) {
         panel.setFileMode(QFileDialog::Directory);
         panel.setOption(QFileDialog::ShowDirsOnly);
+    } else if (dialog.pick == ExchangeDialog::Pick::NewFile) {
+        // A save dialog asks before it replaces a file.
+        panel.setAcceptMode(QFileDialog::AcceptSave);
+        panel.setFileMode(QFileDialog::AnyFile);
+        panel.setNameFilter(QStringLiteral("*.%1").arg(dialog.suffix));
+        panel.setDefaultSuffix(dialog.suffix);
+        panel.selectFile(dialog.name);
     } else {
         panel.setFileMode(QFileDialog::ExistingFile);
         // Read-only: no folder is made while a file is picked.

@@ -7,10 +7,13 @@
 class QWidget;
 
 struct ExchangeDialog {
-    enum class Pick { ExistingFile, Folder };
+    // NewFile: a file to write, offered as `name`; choosing a file that
+    // exists asks before it is replaced.
+    enum class Pick { ExistingFile, Folder, NewFile };
     QString title;   // empty: the dialog's own title
     Pick pick = Pick::ExistingFile;
-    QString suffix;  // ExistingFile: the file type offered, without the dot
+    QString suffix;  // ExistingFile and NewFile: the file type, without the dot
+    QString name;    // NewFile: the name offered
 
     bool operator==(const ExchangeDialog&) const = default;
 };

@@ -96,6 +96,8 @@ void MainController::LanguageSwicth()
         customlight_mode_tab->setTitleTextColor(Qt::black);
     initLightTableData();
     setEmptyListHints();
+    reloadMacroTable();  // the step counts' words
+    loadKeyMacro();      // the caps' words
     // The guide and web link buttons' tool tips.
     setLinkToolTips();
     setWindowButtonToolTips();

@@ -117,7 +117,11 @@ void MaroController::buildControls()
     edit_newmacro = new QLineEdit(this);
     edit_newmacro->setObjectName(QStringLiteral("edit_newmacro"));
     edit_newmacro->setGeometry(frame(kMargin, 384, kLeftWidth, 32));
-    edit_newmacro->setMaxLength(64);
+    label_namenote = new QLabel(this);
+    label_namenote->setObjectName(QStringLiteral("label_namenote"));
+    label_namenote->setGeometry(frame(kMargin, 362, kLeftWidth, 20));
+    Theme::setTextColor(label_namenote, Theme::warningText());
+    connect(edit_newmacro, &QLineEdit::textEdited, label_namenote, &QLabel::clear);
     buildOptions();
 
     btn_closewindow = new ImageButton(this);
@@ -134,6 +138,8 @@ void MaroController::buildControls()
     record_tableview->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
     record_tableview->setStyleSheet(QStringLiteral(
         "QListWidget { background: transparent; border: 1px solid #e3e6ea; border-radius: 8px; outline: 0; }"));
+    // Clicks on the list are clicks in the window, recorded like any other.
+    record_tableview->viewport()->installEventFilter(this);
 
     btn_newmacro = iconButton(this, "btn_newmacro", kListX);
     connect(btn_newmacro, &QAbstractButton::clicked, this, [this] { action_macrorecord(); });
@@ -184,8 +190,12 @@ void MaroController::viewDidLoad()
     btn_saverecord->setText(QRect(90, 11, 70, 16), {});
     if (MacorId >= 1 && deviceDB) {
         MacroInfo info;
-        if (deviceDB->queryMacroInfo(MacorId, info))
+        if (deviceDB->queryMacroInfo(MacorId, info)) {
             edit_newmacro->setText(info.macroName);
+            // An edit shows, and a save keeps, how the macro plays.
+            edit_repeattimes->setValue(int(info.playTimes));
+            edit_repeatdalay->setValue(int(info.delayTime));
+        }
         loadMacroRecordData(MacorId);
     }
     stepEditor->loadLibrary(deviceDB, MacorId);
@@ -219,7 +229,19 @@ void MaroController::loadMacroRecordData(int64_t macroId)
     for (const RecordInfo& row : rows)
         steps.push_back({int(row.recordType), row.recordDesc, row.recordValue});
     recorder.setSteps(std::move(steps));
+    savedSteps_ = recorder.steps();
     reloadList();
+}
+
+void MaroController::rebind(DeviceSQLite* store, std::weak_ptr<DeviceComm> transport)
+{
+    deviceDB = store;
+    deviceComm = std::move(transport);
+}
+
+bool MaroController::hasUnsavedSteps() const
+{
+    return recorder.steps() != savedSteps_;
 }
 
 void MaroController::reloadList()
@@ -288,6 +310,14 @@ bool MaroController::eventFilter(QObject* watched, QEvent* event)
     const bool key = event->type() == QEvent::KeyPress || event->type() == QEvent::KeyRelease;
     if (recordIng && key && watched->isWindowType())
         fillMacroRecord(static_cast<const QKeyEvent&>(*event));
+    // A click on the list while recording is a step, counted here once:
+    // the list would keep it or hand it on to the window by chance.
+    const bool click = event->type() == QEvent::MouseButtonPress || event->type() == QEvent::MouseButtonRelease;
+    if (recordIng && click && watched == record_tableview->viewport() &&
+        static_cast<QMouseEvent*>(event)->button() == Qt::LeftButton) {
+        mouseStep(event->type() == QEvent::MouseButtonPress);
+        return true;
+    }
     return QWidget::eventFilter(watched, event);
 }
 
@@ -329,16 +359,28 @@ void MaroController::hideEvent(QHideEvent* event)
     QWidget::hideEvent(event);
 }
 
+std::optional<QString> MaroController::checkedName()
+{
+    const QString name = edit_newmacro->text().trimmed();
+    if (name.isEmpty())
+        label_namenote->setText(appText(AppText::MacroNameEmpty));
+    else if (name.size() > kMaxNameLength)
+        label_namenote->setText(appText(AppText::MacroNameTooLong).arg(kMaxNameLength));
+    else
+        return name;
+    return std::nullopt;
+}
+
 void MaroController::action_saverecord()
 {
-    const QString name = edit_newmacro->text();
-    if (name.isEmpty() || !deviceDB)
+    const std::optional<QString> name = checkedName();
+    if (!name || !deviceDB)
         return;
     if (const std::optional<QString> refusal = stepEditor->saveRefusal()) {
         label_status->setText(*refusal);
         return;
     }
-    MacroInfo info{MacorId, edit_repeattimes->value(), 1, edit_repeatdalay->value(), name};
+    MacroInfo info{MacorId, edit_repeattimes->value(), 1, edit_repeatdalay->value(), *name};
     std::vector<RecordInfo> rows;
     for (const MacroStep& step : recorder.steps())
         rows.push_back({0, 0, step.type, int64_t(rows.size()), step.value, step.text});
@@ -348,9 +390,10 @@ void MaroController::action_saverecord()
         return;
     }
     MacorId = id;
+    savedSteps_ = recorder.steps();
     label_status->clear();
     stepEditor->saved(deviceDB, MacorId);
-    NotificationCenter::defaultCenter().post(QStringLiteral("UpdateMacroInfo"));
+    NotificationCenter::defaultCenter().post(QStringLiteral("UpdateMacroInfo"), QVariant::fromValue<qint64>(id));
 }
 
 void MaroController::action_closewindow()

@@ -18,6 +18,7 @@
 #include <cstdint>
 #include <functional>
 #include <memory>
+#include <optional>
 
 class DeviceComm;
 class DeviceSQLite;
@@ -42,6 +43,7 @@ public:
     static constexpr int kWidth = 680;
     static constexpr int kHeight = 440;
     static constexpr int kMaxRepeatTimes = 255;  // the key table carries it in one byte
+    static constexpr int kMaxNameLength = 64;    // longer names are refused, not cut
 
     // Turns a key event's native scan code into the key's HID usage; 0 for a
     // key it cannot name. Shared by every macro window; the host's key code
@@ -60,6 +62,11 @@ public:
     void action_macrorecord();
     void action_saverecord();
     void action_closewindow();
+    // The keyboard came back: the window goes on with the store and the
+    // transport of the new connection, keeping what it holds.
+    void rebind(DeviceSQLite* store, std::weak_ptr<DeviceComm> transport);
+    // True while the steps differ from the ones last loaded or saved.
+    bool hasUnsavedSteps() const;
 
     QLineEdit* edit_newmacro = nullptr;
     IconButton* btn_newmacro = nullptr;
@@ -77,6 +84,7 @@ public:
     QLabel* label_repeatdelay = nullptr;
     QLabel* label_repeatdelay_desc = nullptr;
     QLabel* label_status = nullptr;  // the recording hint, or why a save failed
+    QLabel* label_namenote = nullptr;  // why the name was refused
     QListWidget* record_tableview = nullptr;
     MacroStepEditor* stepEditor = nullptr;  // holds record_tableview
 
@@ -100,6 +108,9 @@ private:
     void fillMacroRecord(const QKeyEvent& event);
     void mouseStep(bool down);
     void reloadList();
+    // The name to save, or none with the reason beside the field.
+    std::optional<QString> checkedName();
+    std::vector<MacroStep> savedSteps_;
 
     QObject* eventHandler = nullptr;  // the key filter while recording
 };

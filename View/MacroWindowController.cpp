@@ -1,9 +1,14 @@
 #include "View/MacroWindowController.h"
 
+#include "Language/AppText.h"
 #include "Language/Language.h"
 #include "View/MacroController.h"
+#include "View/control/Theme.h"
 
+#include <QCloseEvent>
+#include <QMessageBox>
 #include <QMouseEvent>
+#include <QPushButton>
 #include <QVBoxLayout>
 
 MacroWindowController::MacroWindowController(QWidget* parent) : QWidget(parent, Qt::Dialog)
@@ -51,4 +56,34 @@ bool MacroWindowController::eventFilter(QObject* watched, QEvent* event)
         }
     }
     return QWidget::eventFilter(watched, event);
+}
+
+void MacroWindowController::closeEvent(QCloseEvent* event)
+{
+    if (discardConfirmed_ || !controller_->hasUnsavedSteps()) {
+        QWidget::closeEvent(event);
+        return;
+    }
+    event->ignore();
+    auto* alert = new QMessageBox(this);
+    alert->setObjectName(QStringLiteral("unsavedMacroAlert"));
+    alert->setAttribute(Qt::WA_DeleteOnClose);
+    alert->setWindowModality(Qt::WindowModal);
+    alert->setIcon(QMessageBox::Warning);
+    alert->setText(appText(AppText::MacroUnsavedQuestion));
+    alert->setInformativeText(appText(AppText::MacroUnsavedLoses).arg(controller_->RecordListDatas().size()));
+    QPushButton* keep = alert->addButton(appText(AppText::MacroUnsavedKeep), QMessageBox::ActionRole);
+    QPushButton* discard = alert->addButton(appText(AppText::MacroUnsavedDiscard), QMessageBox::ActionRole);
+    keep->setObjectName(QStringLiteral("unsavedMacroKeep"));
+    discard->setObjectName(QStringLiteral("unsavedMacroDiscard"));
+    alert->setDefaultButton(keep);
+    alert->setEscapeButton(keep);
+    alert->setStyleSheet(QStringLiteral("QPushButton#unsavedMacroDiscard { background: %1; color: white; border: none;"
+                                        " border-radius: 4px; padding: 5px 14px; }")
+                             .arg(Theme::destructive().name()));
+    connect(discard, &QAbstractButton::clicked, this, [this] {
+        discardConfirmed_ = true;
+        close();
+    });
+    alert->open();
 }

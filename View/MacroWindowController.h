@@ -2,6 +2,7 @@
 // The macro window: a dialog around MaroController, modal to the main
 // window, movable by its background and centred over its parent when it
 // opens. It closes itself for good: the next opening makes a new one.
+// Closing it with steps not saved asks first.
 
 #include <QPoint>
 #include <QWidget>
@@ -15,12 +16,20 @@ public:
 
     void windowDidLoad();
     MaroController* controller() const { return controller_; }
+    // Closes it even with steps not saved (their database went away).
+    void closeWithoutAsking()
+    {
+        discardConfirmed_ = true;
+        close();
+    }
 
 protected:
     bool eventFilter(QObject* watched, QEvent* event) override;
+    void closeEvent(QCloseEvent* event) override;
 
 private:
     MaroController* controller_ = nullptr;
     QPoint dragOffset_;
     bool dragging_ = false;
+    bool discardConfirmed_ = false;
 };

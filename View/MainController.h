@@ -67,6 +67,7 @@ struct ProfileKey;
 class QListWidget;
 class QColorDialog;
 class UserLightTableItemView;
+class FloatingWindowGroup;
 struct StoreHealth;
 // Key menus and the key tool tip
 class KeyMenuViewController;
@@ -313,7 +314,14 @@ public:
     void registerMacroNotifications();
     void loadMacroData();
     void UpdateMacroInfo();
-    void MacroTableViewButton(const QVariant& object);    // "type" 1 delete, 2 edit; "index"
+    void MacroTableViewButton(const QVariant& object);    // "type" 1 delete (asks first), 2 edit; "index"
+    // Asks whether to delete the macro, naming it and the keys that play it.
+    void askToDeleteMacro(int64_t macroId, const QString& name);
+    // Deletes the macro and the assignments that play it, and sends the
+    // store and the key tables whose macro places moved or went.
+    void deleteMacro(int64_t macroId);
+    // Sends the key tables of the profiles with keys that play `macroId`.
+    void sendKeyTablesPlaying(int64_t macroId);
     void SubMenuItemMacroAction(const QVariant& object);  // "type" 1 opens the window; "macroid"
     void MacroFunctionAction(const QVariant& object);     // the macro id: binds it to currentKeyValue
     void action_macro_newmacro();
@@ -417,6 +425,8 @@ public:
     void showKeyLightSubMenu(int menuType);
     void addMenuItem(int menuid);
     void ShowKeyboardToolTipWnd(const QVariant& object);
+    // Hides every floating window and lets go of the key they worked on.
+    // Escape, a press outside them, a page change and a model switch do it.
     void hideFloatingWindows();
     QPointer<KeyMenuViewController> keyboardKeyMenu;
     QPointer<KeySubMenuViewController> keyboardKeySubMenu;
@@ -512,6 +522,9 @@ private:
     void showImportedUserLight(int lightId);
     // Key menus
     bool keyMenuObserved_ = false;
+    // Makes `window` one of the floating windows that close together.
+    void trackFloatingWindow(QWidget* window, bool takesEscape = false);
+    FloatingWindowGroup* floatingWindows_ = nullptr;
 
     // ---- Texts in the language in force ---------------------------------------
     void setWindowButtonToolTips();  // close, connection and bell

@@ -19,9 +19,6 @@
 
 namespace {
 
-// What InitUI gives the profile button; a profile file is named after it,
-// whichever profile is in use and in either language.
-const QString kProfileButtonTitle = QStringLiteral("Profile A");
 constexpr int kResultShownMs = 8000;
 
 QString counted(qsizetype n, AppText one, AppText many)
@@ -56,13 +53,6 @@ bool modelHasKey(int keyCode)
     return keyCodeRecord(keyCode).has_value();
 }
 
-QString profileButtonTitle(const QWidget* window)
-{
-    const auto* button = window->findChild<const QWidget*>(QStringLiteral("imgbtn_profile"));
-    const QString title = button ? button->property("btn_text").toString() : QString();
-    return title.isEmpty() ? kProfileButtonTitle : title;
-}
-
 }  // namespace
 
 QString MainController::chooseExchangeFile(const ExchangeDialog& dialog)
@@ -74,19 +64,29 @@ void MainController::exportKeyProfile()
 {
     if (!deviceState)
         return;
-    const QString folder = chooseExchangeFile({{}, ExchangeDialog::Pick::Folder, {}});
-    if (folder.isEmpty())
+    // Named after the profile it holds, in the language shown.
+    const QString name = ExchangeFile::safeFileName(languageText(profileTextId(currentProfile))) + QStringLiteral(".key");
+    const QString url = chooseExchangeFile({{}, ExchangeDialog::Pick::NewFile, QStringLiteral("key"), name});
+    if (url.isEmpty())
         return;
-    const QString url = ExchangeFile::fileUrlInFolder(folder, profileButtonTitle(this), QStringLiteral(".key"));
     std::vector<ProfileKey> rows;
     if (!deviceDB || !deviceDB->queryKeysProfile(currentProfile, rows)) {
         showExchangeRefusal(appText(AppText::ExportProfileUnreadable));
         return;
     }
-    keyProfileSQLite file(url);
-    if (!file.addKeyProfiles(rows)) {
+    // The file is written whole beside its place and then takes it: a file
+    // of that name is replaced, never added to, and kept if writing fails.
+    std::string failure;
+    const bool written = ExchangeFile::writeWhole(url, [&](const QString& tempUrl) {
+        keyProfileSQLite file(tempUrl);
+        if (file.addKeyProfiles(rows))
+            return true;
+        failure = file.failure;
+        return false;
+    }, failure);
+    if (!written) {
         showExchangeRefusal(appText(AppText::ExportProfileUnwritable)
-                                .arg(quotedName(ExchangeFile::displayName(url)), QString::fromStdString(file.failure)));
+                                .arg(quotedName(ExchangeFile::displayName(url)), QString::fromStdString(failure)));
         return;
     }
     showExchangeResult(appText(AppText::ExportProfileDone).arg(keyAssignments(rows.size()),
@@ -119,9 +119,10 @@ void MainController::importKeyProfile()
                                     .arg(quotedName(fileName), QString::fromStdString(deviceDB->health.lastFailure.reason)));
             return;
         }
-        // The keys show the new assignments; the keyboard gets them with the
-        // profile's next key table upload.
+        // The keys show the new assignments, and the keyboard holds them at
+        // once: the line below says they are in the profile.
         loadKeyMacro();
+        setKeyMacroData(currentProfile);
         showExchangeResult(appText(AppText::ImportProfileDone)
                                .arg(keyAssignments(inspection.rows.size()),
                                     quotedName(fileName), languageText(profileTextId(currentProfile)))

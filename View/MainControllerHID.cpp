@@ -7,6 +7,7 @@
 #include "Protocol/Command.h"
 #include "SQLite/DeviceSQLite.h"
 #include "View/KeyboardLayout/KeyCodeMaps.h"
+#include "View/MacroController.h"
 #include "View/MacroWindowController.h"
 #include "View/control/ButtonView.h"
 
@@ -92,10 +93,17 @@ void MainController::ConnectDevice()
         return;
     setCurrentDevice(session_->deviceType);
     fillFlagAndNormalKeys();
-    // The macro window works on the database that initSQLite replaces.
-    if (macroWindow)
-        macroWindow->close();
+    const QString previousStore = deviceDBfile;
     initSQLite();
+    // The macro window works on the database that initSQLite replaced: the
+    // same keyboard back goes on with what is being recorded; another
+    // model's store is no place for it.
+    if (macroWindow) {
+        if (deviceDB && deviceDBfile == previousStore)
+            macroWindow->controller()->rebind(deviceDB.get(), currentTransport());
+        else
+            macroWindow->closeWithoutAsking();
+    }
     loadUserlightData();
     if (!currentTransport() || !deviceDB)
         return;

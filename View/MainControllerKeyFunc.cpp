@@ -19,16 +19,17 @@ void MainController::CustomKeyFuncMsg(const QVariant& object)
     const QVariant keyDesc = message.value(QStringLiteral("keyDesc"));
     if (keyValue.typeId() != QMetaType::Int || keyDesc.typeId() != QMetaType::QString)
         return;
-    ProfileKey keydata;
-    keydata.macroType = kCustomKeyType;
-    keydata.macroValue = keyValue.toInt();
-    keydata.macroDesc = keyDesc.toString();
-    addCustomKey(keydata);
-    // The menus that led here close with the dialog; one not made yet needs
-    // no hiding.
-    for (QWidget* window : std::initializer_list<QWidget*>{keyboardKeyMenu, keyboardKeySubMenu, kbKeyFuncSubMenu})
-        if (window)
-            window->hide();
+    // Nothing captured (Cancel): the key keeps what it had.
+    if (keyValue.toInt() != 0) {
+        ProfileKey keydata;
+        keydata.macroType = kCustomKeyType;
+        keydata.macroValue = keyValue.toInt();
+        keydata.macro2Value = message.value(QStringLiteral("modifiers"), 0).toInt();
+        keydata.macroDesc = keyDesc.toString();
+        addCustomKey(keydata);
+    }
+    // The menus that led here close with the dialog.
+    hideFloatingWindows();
 }
 
 void MainController::addCustomKey(ProfileKey& keydata)

@@ -16,6 +16,7 @@
 #include "View/CustomMenu/KeySubMenuMacroViewController.h"
 #include "View/CustomWindow/KBToolTipsViewController.h"
 #include "View/KeyboardLayout/KeyCodeMaps.h"
+#include "View/control/FloatingWindowGroup.h"
 #include "View/control/KeyboardView.h"
 #include "View/control/SelectKeyView.h"
 
@@ -72,15 +73,28 @@ void MainController::showMenuForClickedKey()
         showKeyLightSubMenu(1);
         return;
     }
-    if (!keyboardKeyMenu)
+    if (!keyboardKeyMenu) {
         keyboardKeyMenu = new KeyMenuViewController(this);
+        trackFloatingWindow(keyboardKeyMenu);
+    }
     showAt(keyboardKeyMenu, pointerLocation());
+    // The key being assigned stays marked while its menu is open.
+    orvane_keyboardctrl->setMarkedKey(orvane_keyboardctrl->selectKeyItem);
+}
+
+void MainController::trackFloatingWindow(QWidget* window, bool takesEscape)
+{
+    if (!floatingWindows_)
+        floatingWindows_ = new FloatingWindowGroup([this] { hideFloatingWindows(); }, this);
+    floatingWindows_->add(window, takesEscape);
 }
 
 void MainController::showKeyLightSubMenu(int menuType)
 {
-    if (!kbKeyLightSubMenu)
+    if (!kbKeyLightSubMenu) {
         kbKeyLightSubMenu = new KeySubMenuLightViewController(this);
+        trackFloatingWindow(kbKeyLightSubMenu);
+    }
     kbKeyLightSubMenu->setMenuType(menuType);
     showAt(kbKeyLightSubMenu, pointerLocation());
 }
@@ -120,8 +134,10 @@ void MainController::MenuItemEnteredAction(const QVariant& object)
 
 void MainController::showKeySubMenu(const QPointF& pt, int menuid)
 {
-    if (!keyboardKeySubMenu)
+    if (!keyboardKeySubMenu) {
         keyboardKeySubMenu = new KeySubMenuViewController(this);
+        trackFloatingWindow(keyboardKeySubMenu);
+    }
     keyboardKeySubMenu->setSubMenuType(menuid);
     showAt(keyboardKeySubMenu, pt);
 }
@@ -130,8 +146,10 @@ void MainController::showKeyMacroSubMenu(const QPointF& pt, int)
 {
     if (!deviceDB)
         return;
-    if (!kbKeyMacroSubMenu)
+    if (!kbKeyMacroSubMenu) {
         kbKeyMacroSubMenu = new KeySubMenuMacroViewController(this);
+        trackFloatingWindow(kbKeyMacroSubMenu);
+    }
     currentDeviceDB = deviceDB.get();
     kbKeyMacroSubMenu->deviceDB = currentDeviceDB;
     showAt(kbKeyMacroSubMenu, pt);
@@ -143,6 +161,7 @@ void MainController::showKeyMacroSubMenu(const QPointF& pt, int)
 void MainController::showKeyFuncSubMenu(const QPointF& pt, int)
 {
     KeySubMenuKeyFuncViewController* dialog = ShowKBKeyFuncSubMenu(this);
+    trackFloatingWindow(dialog, true);
     dialog->move(FramelessWindow::toFlippedScreen(pt.toPoint()).toPoint());
 }
 
@@ -159,6 +178,8 @@ void MainController::hideFloatingWindows()
                                                            kbKeyLightSubMenu, kbKeyMacroSubMenu, keyboardToolTips})
         if (window)
             window->hide();
+    if (orvane_keyboardctrl)
+        orvane_keyboardctrl->setMarkedKey(-1);
 }
 
 void MainController::addMenuItem(int menuid)

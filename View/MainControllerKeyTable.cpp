@@ -6,6 +6,7 @@
 #include "Protocol/KeyTableBlock.h"
 #include "Protocol/UploadSequences.h"
 #include "SQLite/DeviceSQLite.h"
+#include "View/KeyCapText.h"
 #include "View/KeyboardLayout/KeyCodeMaps.h"
 #include "View/control/KeyboardView.h"
 
@@ -47,12 +48,21 @@ void MainController::loadKeyMacro()
         return;
     orvane_keyboardctrl->resetKeyMacro();
     std::vector<ProfileKey> rows;
-    if (deviceDB)
+    std::vector<MacroInfo> macros;
+    if (deviceDB) {
         deviceDB->queryKeysProfile(currentProfile, rows);
+        deviceDB->queryAllMacroData(macros);
+    }
     std::vector<KeyData>& keys = orvane_keyboardctrl->kbKeyArraySelect;
+    std::vector<QString> caps(keys.size());
     for (const ProfileKey& row : rows) {
         // A key this model lacks has no place in the picture.
-        if (const auto pos = picturePosition(row.keyValue, int(keys.size())))
-            keys[std::size_t(*pos)].keyMacro = row.macroDesc;
+        const auto pos = picturePosition(row.keyValue, int(keys.size()));
+        if (!pos)
+            continue;
+        if (const auto text = KeyCapText::toolTipText(row, macros))
+            keys[std::size_t(*pos)].keyMacro = *text;
+        caps[std::size_t(*pos)] = KeyCapText::capText(row, macros);
     }
+    orvane_keyboardctrl->setKeyCapTexts(std::move(caps));
 }

@@ -6,6 +6,8 @@
 #include "Common/NotificationCenter.h"
 #include "Language/AppText.h"
 #include "Language/Language.h"
+#include "Protocol/Command.h"
+#include "Protocol/KeyTableBlock.h"
 #include "Protocol/MacroStoreBlock.h"
 #include "Protocol/UploadSequences.h"
 #include "SQLite/DeviceSQLite.h"
@@ -17,10 +19,17 @@
 #include "View/control/EmptyListHint.h"
 #include "View/control/ButtonView.h"
 #include "View/control/FlippedRect.h"
+#include "View/KeyboardLayout/KeyCodeMaps.h"
 #include "View/control/TableItemView.h"
+#include "View/control/Theme.h"
 
 #include <QLabel>
 #include <QListWidget>
+#include <QMessageBox>
+#include <QPushButton>
+
+#include <algorithm>
+#include <map>
 
 namespace {
 
@@ -34,6 +43,37 @@ const QString kStoreNoteTopic = QStringLiteral("macro store");
 
 enum RowButton { kDeleteRow = 1, kEditRow = 2 };
 constexpr int kOpenMacroWindow = 1;
+
+// The keys of every profile that play a macro, by profile.
+using MacroKeys = std::map<int, std::vector<ProfileKey>>;
+
+MacroKeys macroKeysOf(const DeviceSQLite& store)
+{
+    MacroKeys keys;
+    for (int profile = Protocol::kFirstProfile; profile <= Protocol::kLastProfile; ++profile) {
+        std::vector<ProfileKey> rows;
+        store.queryKeysProfile(profile, rows);
+        for (const ProfileKey& row : rows)
+            if (row.macroType == KeyTableBlock::kMacro)
+                keys[profile].push_back(row);
+    }
+    return keys;
+}
+
+// "Profile A: Escape, Caps Lock; Profile C: A", the keys that play `macroId`.
+QString keyListOf(const MacroKeys& keys, int64_t macroId)
+{
+    QStringList profiles;
+    for (const auto& [profile, rows] : keys) {
+        QStringList names;
+        for (const ProfileKey& row : rows)
+            if (row.macroValue == macroId)
+                names << (keyCodeRecord(row.keyValue) ? keyCodeRecord(row.keyValue)->full_name : QString::number(row.keyValue));
+        if (!names.isEmpty())
+            profiles << languageText(profileTextId(profile)) + QStringLiteral(": ") + names.join(QStringLiteral(", "));
+    }
+    return profiles.join(QStringLiteral("; "));
+}
 
 }  // namespace
 
@@ -74,7 +114,10 @@ void MainController::registerMacroNotifications()
         return;
     macroObserversAdded_ = true;
     auto& center = NotificationCenter::defaultCenter();
-    center.addObserver(QStringLiteral("UpdateMacroInfo"), [this](const QVariant&) { UpdateMacroInfo(); }, this);
+    center.addObserver(QStringLiteral("UpdateMacroInfo"), [this](const QVariant& o) {
+        UpdateMacroInfo();
+        sendKeyTablesPlaying(o.toLongLong());
+    }, this);
     center.addObserver(QStringLiteral("MacroTableViewButton"), [this](const QVariant& o) { MacroTableViewButton(o); }, this);
     center.addObserver(QStringLiteral("SubMenuItemMacroAction"), [this](const QVariant& o) { SubMenuItemMacroAction(o); },
                        this);
@@ -87,8 +130,13 @@ void MainController::loadMacroData()
     std::vector<MacroInfo> macros;
     if (deviceDB)
         deviceDB->queryAllMacroData(macros);
-    for (const MacroInfo& macro : macros)
-        macro_datas.append(QVariantMap{{"macroid", QVariant::fromValue<qint64>(macro.macroId)}, {"text", macro.macroName}});
+    for (const MacroInfo& macro : macros) {
+        std::vector<RecordInfo> steps;
+        deviceDB->queryMacroRecord(macro.macroId, steps);
+        macro_datas.append(QVariantMap{{"macroid", QVariant::fromValue<qint64>(macro.macroId)},
+                                       {"text", macro.macroName},
+                                       {"steps", int(steps.size())}});
+    }
     reloadMacroTable();
 }
 
@@ -107,12 +155,12 @@ void MainController::reloadMacroTable()
             item->setSizeHint(QSize(kListWidth, MacroTableItemView::kRowHeight));
             view = new MacroTableItemView;
             view->resize(kListWidth, MacroTableItemView::kRowHeight);
+            // Made before the row is shown, so its labels show with it.
+            view->initView(row);
             macro_table->setItemWidget(item, view);
         }
         view->initView(row);
-        const QString name = macro_datas[row].value("text").toString();
-        view->textView->setText(name);
-        view->setToolTip(name);
+        view->setMacro(macro_datas[row].value("text").toString(), macro_datas[row].value("steps").toInt());
     }
 }
 
@@ -120,6 +168,78 @@ void MainController::UpdateMacroInfo()
 {
     loadMacroData();
     SaveMacroToKeyboard();
+    // A renamed macro's keys show its new name.
+    loadKeyMacro();
+}
+
+void MainController::sendKeyTablesPlaying(int64_t macroId)
+{
+    // The key table carries a macro's play count: the keys of a saved
+    // macro are sent again.
+    if (!deviceDB || macroId < 1)
+        return;
+    for (const auto& [profile, rows] : macroKeysOf(*deviceDB))
+        if (std::any_of(rows.begin(), rows.end(), [macroId](const ProfileKey& row) { return row.macroValue == macroId; }))
+            setKeyMacroData(profile);
+}
+
+void MainController::askToDeleteMacro(int64_t macroId, const QString& name)
+{
+    if (!deviceDB)
+        return;
+    const QString keys = keyListOf(macroKeysOf(*deviceDB), macroId);
+    auto* alert = new QMessageBox(window());
+    alert->setObjectName(QStringLiteral("deleteMacroAlert"));
+    alert->setAttribute(Qt::WA_DeleteOnClose);
+    alert->setWindowModality(Qt::WindowModal);
+    alert->setIcon(QMessageBox::Warning);
+    alert->setText(appText(AppText::DeleteMacroQuestion).arg(name));
+    alert->setInformativeText(keys.isEmpty() ? appText(AppText::DeleteMacroNoKeys)
+                                             : appText(AppText::DeleteMacroKeys).arg(keys));
+    QPushButton* cancel = alert->addButton(languageText(622), QMessageBox::ActionRole);
+    QPushButton* remove = alert->addButton(appText(AppText::DeleteMacroButton), QMessageBox::ActionRole);
+    cancel->setObjectName(QStringLiteral("deleteMacroCancel"));
+    remove->setObjectName(QStringLiteral("deleteMacroOK"));
+    alert->setDefaultButton(cancel);
+    alert->setEscapeButton(cancel);
+    alert->setStyleSheet(QStringLiteral("QPushButton#deleteMacroOK { background: %1; color: white; border: none;"
+                                        " border-radius: 4px; padding: 5px 14px; }")
+                             .arg(Theme::destructive().name()));
+    connect(remove, &QAbstractButton::clicked, this, [this, macroId] { deleteMacro(macroId); });
+    alert->open();
+}
+
+void MainController::deleteMacro(int64_t macroId)
+{
+    if (!deviceDB)
+        return;
+    std::vector<MacroInfo> before;
+    const MacroKeys keys = macroKeysOf(*deviceDB);
+    if (deviceDB->queryAllMacroData(before) < 1 || !deviceDB->deleteMacroProfile(macroId))
+        return;
+    const auto placeOf = [&before](int64_t id) {
+        return std::find_if(before.begin(), before.end(), [id](const MacroInfo& m) { return m.macroId == id; }) -
+               before.begin();
+    };
+    // The keys that played it go back to their own function; the keys of
+    // the macros behind it name new places. The keyboard gets both at once,
+    // so no key plays a macro the window no longer shows.
+    std::vector<ProfileKey> freed;
+    std::vector<int> profiles;
+    for (const auto& [profile, rows] : keys)
+        for (const ProfileKey& row : rows) {
+            if (row.macroValue == macroId)
+                freed.push_back({.profId = profile, .keyValue = row.keyValue, .macroType = KeyTableBlock::kMacro});
+            if (placeOf(row.macroValue) >= placeOf(macroId) && (profiles.empty() || profiles.back() != profile))
+                profiles.push_back(profile);
+        }
+    if (!freed.empty() && !deviceDB->addKeyProfiles(freed))
+        showProblem(appText(AppText::KeyAssignmentSaveFailed), QStringLiteral("key-assignment"));
+    loadMacroData();
+    SaveMacroToKeyboard();
+    for (int profile : profiles)
+        setKeyMacroData(profile);
+    loadKeyMacro();
 }
 
 void MainController::MacroTableViewButton(const QVariant& object)
@@ -131,11 +251,7 @@ void MainController::MacroTableViewButton(const QVariant& object)
     const int64_t macroId = macro_datas[index].value("macroid").toLongLong();
     switch (args.value("type").toInt()) {
     case kDeleteRow:
-        // Nothing goes to the keyboard: it keeps its store until the next save.
-        if (deviceDB && deviceDB->deleteMacroProfile(macroId)) {
-            macro_datas.removeAt(index);
-            reloadMacroTable();
-        }
+        askToDeleteMacro(macroId, macro_datas[index].value("text").toString());
         break;
     case kEditRow:
         NotificationCenter::defaultCenter().post(QStringLiteral("SubMenuItemMacroAction"),
@@ -163,6 +279,12 @@ void MainController::action_macro_newmacro()
 
 void MainController::showMacroWindow(int64_t macroId)
 {
+    // The window open holds work of its own: it comes to the front.
+    if (macroWindow && macroWindow->isVisible()) {
+        macroWindow->raise();
+        macroWindow->activateWindow();
+        return;
+    }
     currentMacorId = macroId;
     currentDeviceDB = deviceDB.get();
     currentDeviceComm = currentTransport();

@@ -2,6 +2,9 @@
 // confirmation asked before a reset.
 #include "View/MainController.h"
 
+#include "Language/AppText.h"
+#include "View/control/Theme.h"
+
 #include "Language/Language.h"
 #include "View/control/ButtonView.h"
 #include "View/control/FlippedRect.h"
@@ -75,21 +78,30 @@ void MainController::askToReset(int msgId)
     alert->setAttribute(Qt::WA_DeleteOnClose);
     alert->setWindowModality(Qt::WindowModal);
     alert->setIcon(QMessageBox::Warning);
-    alert->setText(languageText(current ? 28 : 29));
-    alert->setInformativeText(languageText(current ? 620 : 621));
+    // The question names what goes back and what is lost.
+    const QString profile = languageText(profileTextId(currentProfile));
+    alert->setText(current ? appText(AppText::ResetProfileQuestion).arg(profile) : appText(AppText::ResetAllQuestion));
+    alert->setInformativeText(appText(current ? AppText::ResetProfileLoses : AppText::ResetAllLoses));
     // "Cancel" comes first and answers Return and Escape; only "OK" resets.
     // Both take the same role, so that they stand in this order whatever
     // order the desktop prefers.
     QPushButton* cancel = alert->addButton(languageText(622), QMessageBox::ActionRole);
-    QPushButton* ok = alert->addButton(languageText(623), QMessageBox::ActionRole);
+    QPushButton* ok = alert->addButton(current ? appText(AppText::ResetProfileButton).arg(profile)
+                                               : appText(AppText::ResetAllButton),
+                                       QMessageBox::ActionRole);
     cancel->setObjectName(QStringLiteral("resetAlertCancel"));
     ok->setObjectName(QStringLiteral("resetAlertOK"));
     alert->setDefaultButton(cancel);
-    // The question stands out as a panel of its own, its heading in bold.
+    // The question stands out as a panel of its own, its heading in bold;
+    // the button that deletes is red, as destructive buttons are.
     alert->setStyleSheet(QStringLiteral(
         "QMessageBox { background: #ffffff; border: 1px solid #e3e6ea; }"
         "QLabel#qt_msgbox_label { font-weight: bold; }"
-        "QLabel#qt_msgbox_informativelabel { min-width: 220px; }"));
+        "QLabel#qt_msgbox_informativelabel { min-width: 280px; }"
+        "QPushButton#resetAlertOK { background: %1; color: white; border: none; border-radius: 4px;"
+        " padding: 5px 14px; }"
+        "QPushButton#resetAlertOK:hover { background: %2; }").arg(Theme::destructive().name(),
+                                                                   Theme::destructive().darker(115).name()));
     alert->setEscapeButton(cancel);
     connect(ok, &QAbstractButton::clicked, this, [this, current] {
         afterPollReply([this, current] { current ? resetCurrent() : resetAllData(); });

@@ -4,6 +4,7 @@
 #include "View/MainController.h"
 
 #include "Common/DeviceModel.h"
+#include "Common/Globals.h"
 #include "View/KeyboardLayout/KeyboardLayouts.h"
 #include "View/ModelList.h"
 #include "View/control/ButtonView.h"
@@ -67,7 +68,13 @@ ImageButton* MainController::modelListButton(int keyboardTypeOfButton) const
 void MainController::showModel(int newKeyboardType)
 {
     closeColorPanel();
-    setCurrentDevice(DeviceModel::deviceTypeForKeyboardType(newKeyboardType));
+    // A menu opened for a key of the picture on show has no key in the next.
+    hideFloatingWindows();
+    const int deviceType = DeviceModel::deviceTypeForKeyboardType(newKeyboardType);
+    setCurrentDevice(deviceType);
+    // The connected model's picture shows its assignments again.
+    if (deviceState && deviceType == g_device_type)
+        loadKeyMacro();
 }
 
 void MainController::action_device_select_up() { showModel(0); }

@@ -9,6 +9,7 @@
 #include "View/control/EmptyListHint.h"
 #include "View/control/FlippedRect.h"
 #include "View/control/FuncButton.h"
+#include "View/control/KeyboardView.h"
 
 namespace {
 
@@ -79,6 +80,8 @@ void MainController::removePreView()
 
 void MainController::showPage(int page)
 {
+    // Menus opened on one page have nothing to do on the next.
+    hideFloatingWindows();
     removePreView();
     switch (page) {
     case 1: macro_view->show(); break;
@@ -93,6 +96,10 @@ void MainController::showPage(int page)
     }
     funcButtonOfPage(page)->setSelect(true);
     viewType = page;
+    // The caps say what the keys do on the key page; elsewhere the legends
+    // show the light beneath them.
+    if (orvane_keyboardctrl)
+        orvane_keyboardctrl->setKeyCapTextsShown(page == 1);
 }
 
 void MainController::action_func_key()

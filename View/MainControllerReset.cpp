@@ -3,6 +3,8 @@
 #include "View/MainController.h"
 
 #include "Common/OutputLine.h"
+#include "Language/AppText.h"
+#include "Language/Language.h"
 #include "SQLite/DeviceSQLite.h"
 #include "View/KeyboardLayout/KeyCodeMaps.h"
 
@@ -26,6 +28,7 @@ void MainController::resetCurrent()
     // The switch above has sent the settings already; they go out once more,
     // as the keyboard has always received them after a reset.
     setHFDSystemSetData(currentProfile);
+    showExchangeResult(appText(AppText::ResetProfileDone).arg(languageText(profileTextId(currentProfile))));
 }
 
 void MainController::resetAllData()
@@ -55,4 +58,9 @@ void MainController::resetAllData()
     for (int p : kResetProfiles)
         setHFDSystemSetData(p);
     resetUserLightData();
+    // The macros went with the store: the keyboard's go too, so it holds
+    // what the window shows.
+    SaveMacroToKeyboard();
+    loadKeyMacro();
+    showExchangeResult(appText(AppText::ResetAllDone));
 }

@@ -1,5 +1,6 @@
 // The key table block against hand-worked tables: every kind of assignment,
 // macros by their place, and the rows that cannot be sent.
+#include "Common/KeyCombination.h"
 #include "Protocol/KeyTableBlock.h"
 #include "support/HexBytes.h"
 
@@ -79,4 +80,25 @@ TEST(KeyTable, EveryAssignmentMacroAndProfileRowFillsItsKeysSlotOrNone)
                                        {0, 0, 2, 4, 11, 127, 0, 0, "Mute"}, {0, 0, 2, 999, 16, 1, 0, 0, "no key"},
                                        {0, 0, 2, 57, 18, 1, 0, 0, "past the end"}};
     EXPECT_EQ(built(rows), table({{4, {2, 0, 0xaf, 0}}, {16, {3, 0xe2, 0, 0}}, {364, {2, 0, 0x04, 0}}}));
+}
+
+TEST(KeyTable, CombinationsKeepTheirModifiersInTheRowAndInTheEntrysModifierByte)
+{
+    using KeyCombination::Combination;
+    using KeyCombination::RowValues;
+    struct Case { Combination held; RowValues row; std::vector<uint8_t> entry; };
+    const Case cases[] = {
+        {{0x00, 0x0E}, {0x0E, 0}, {2, 0x00, 0x0E, 0}},        // K
+        {{0x01, 0x0E}, {0x0E, 224}, {2, 0x01, 0x0E, 0}},      // Ctrl+K, as rows have always held it
+        {{0x03, 0x0E}, {0x0E, 0x103}, {2, 0x03, 0x0E, 0}},    // Ctrl+Shift+K
+        {{0xE0, 0x3E}, {0x3E, 0x1E0}, {2, 0xE0, 0x3E, 0}},    // a mask that reads as a usage without the flag
+        {{0x02, 0}, {225, 0}, {2, 0x02, 0, 0}},               // Left Shift alone
+        {{0x05, 0}, {224, 0x105}, {2, 0x05, 0, 0}},           // Ctrl+Alt alone
+    };
+    for (const Case& c : cases) {
+        EXPECT_EQ(KeyCombination::toRow(c.held), c.row);
+        EXPECT_EQ(KeyCombination::fromRow(c.row.macroValue, c.row.macro2Value), c.held);
+        EXPECT_EQ(built({onEscape(14, c.row.macroValue, c.row.macro2Value)}), table({{4, c.entry}}));
+    }
+    EXPECT_FALSE(KeyCombination::toRow({}));
 }

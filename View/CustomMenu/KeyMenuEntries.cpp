@@ -1,15 +1,20 @@
 #include "View/CustomMenu/KeyMenuEntries.h"
 
+#include "Language/AppText.h"
+#include "Language/Language.h"
+
 #include <algorithm>
 
 namespace KeyMenuEntries {
 namespace {
 
+// "Disable" turns the key off (Caps Lock, Insert), the assignment of id 18.
 constexpr Entry kFirstLevel[] = {
-    {"menuitem_sysfunc", 10, 243, 50},  {"menuitem_mediafuc", 11, 203, 51}, {"menuitem_macro", 12, 163, 52},
-    {"menuitem_mouse", 13, 123, 53},    {"menuitem_keyfunc", 14, 83, 54},   {"menuitem_setfn", 16, 43, 57},
-    {"menuitem_default", 17, 3, 56},
+    {"menuitem_sysfunc", 10, 283, 50}, {"menuitem_mediafuc", 11, 243, 51}, {"menuitem_macro", 12, 203, 52},
+    {"menuitem_mouse", 13, 163, 53},   {"menuitem_keyfunc", 14, 123, 54},  {"menuitem_setfn", 16, 83, 57},
+    {"menuitem_disable", 18, 43, 0},   {"menuitem_default", 17, 3, 56},
 };
+constexpr int kFirstLevelHeight = 326;
 
 constexpr Entry kSystemEntries[] = {
     {"menuitem_mac_mission_control", 101, 243, 60},
@@ -42,6 +47,13 @@ constexpr int kMouseHeight = 206;
 }  // namespace
 
 std::span<const Entry> firstLevel() { return kFirstLevel; }
+
+int firstLevelHeight() { return kFirstLevelHeight; }
+
+QString title(const Entry& entry)
+{
+    return entry.textId ? languageText(entry.textId) : appText(AppText::KeyMenuDisable);
+}
 
 std::span<const Entry> secondLevel(int type)
 {

@@ -5,6 +5,8 @@
 
 #include "Common/Records.h"
 
+#include <QString>
+
 #include <optional>
 #include <span>
 
@@ -14,8 +16,11 @@ struct Entry {
     const char* field;  // the item's object name
     int menuId;
     int y;
-    int textId;
+    int textId;  // 0: a title of our own (title() below)
 };
+
+// The entry's title in the language in force.
+QString title(const Entry& entry);
 
 inline constexpr int kItemX = 1;
 inline constexpr int kItemWidth = 158;
@@ -27,8 +32,9 @@ inline constexpr int kSystemSet = 10;
 inline constexpr int kMediaSet = 11;
 inline constexpr int kMouseSet = 13;
 
-// The first level, top to bottom, 40 units apart.
+// The first level, top to bottom, 40 units apart, and its height.
 std::span<const Entry> firstLevel();
+int firstLevelHeight();
 // The set of a second-level type; empty for another type.
 std::span<const Entry> secondLevel(int type);
 // The height of a menu showing that set: 286, or 206 for the mouse set.

@@ -11,14 +11,12 @@ using namespace KeyMenuEntries;
 
 namespace {
 
-constexpr int kFirstLevelHeight = 286;
-
 MenuItem* makeItem(QWidget* parent, int height, const Entry& entry)
 {
     auto* item = new MenuItem(parent);
     item->setObjectName(QString::fromLatin1(entry.field));
     item->setGeometry(flippedRect(height, kItemX, entry.y, kItemWidth, kItemHeight));
-    item->initTextAndMenuID(languageText(entry.textId), entry.menuId);
+    item->initTextAndMenuID(title(entry), entry.menuId);
     return item;
 }
 
@@ -34,7 +32,7 @@ MenuItem* findItem(const std::vector<MenuItem*>& items, int menuId)
 void retitle(const std::vector<MenuItem*>& items, std::span<const Entry> entries)
 {
     for (std::size_t i = 0; i < items.size() && i < entries.size(); ++i)
-        items[i]->textView->setText(languageText(entries[i].textId));
+        items[i]->textView->setText(title(entries[i]));
 }
 
 }  // namespace
@@ -42,17 +40,17 @@ void retitle(const std::vector<MenuItem*>& items, std::span<const Entry> entries
 KeyMenuViewController::KeyMenuViewController(QWidget* parent) : FramelessWindow(parent)
 {
     setObjectName(QStringLiteral("keyboardKeyMenu"));
-    resize(kMenuWidth, kFirstLevelHeight);
+    resize(kMenuWidth, firstLevelHeight());
     viewDidLoad();
 }
 
 void KeyMenuViewController::viewDidLoad()
 {
-    MenuItem** fields[] = {&menuitem_sysfunc, &menuitem_mediafuc, &menuitem_macro,  &menuitem_mouse,
-                           &menuitem_keyfunc, &menuitem_setfn,    &menuitem_default};
+    MenuItem** fields[] = {&menuitem_sysfunc, &menuitem_mediafuc, &menuitem_macro,   &menuitem_mouse,
+                           &menuitem_keyfunc, &menuitem_setfn,    &menuitem_disable, &menuitem_default};
     const auto entries = firstLevel();
     for (std::size_t i = 0; i < entries.size(); ++i) {
-        MenuItem* item = makeItem(this, kFirstLevelHeight, entries[i]);
+        MenuItem* item = makeItem(this, firstLevelHeight(), entries[i]);
         item->sendMouseEntered = true;
         *fields[i] = item;
         items_.push_back(item);

@@ -2,10 +2,10 @@
 // The key menu and its second level, floating windows over the keyboard
 // picture.
 //
-// KeyMenuViewController: seven entries, 40 units apart from the top. The
+// KeyMenuViewController: eight entries, 40 units apart from the top. The
 // first five open a second level when the pointer enters them (they post
-// "MenuItemEnteredAction"); "Set as Fn key" and "Default" assign on a
-// click. Every click posts "MenuItemMouseUpAction" with the entry's id.
+// "MenuItemEnteredAction"); "Set as Fn key", "Disable" and "Default" assign
+// on a click. Every click posts "MenuItemMouseUpAction" with the entry's id.
 // KeySubMenuViewController: one of three sets of entries (system commands,
 // media, mouse buttons), each set made once and then moved in and out of
 // the view. Titles follow the language in force each time a menu shows.
@@ -27,6 +27,7 @@ public:
     MenuItem* menuitem_mouse = nullptr;
     MenuItem* menuitem_keyfunc = nullptr;
     MenuItem* menuitem_setfn = nullptr;
+    MenuItem* menuitem_disable = nullptr;
     MenuItem* menuitem_default = nullptr;
 
     // The entry with that menu id, or null.

@@ -1,12 +1,12 @@
 #include "View/CustomMenu/KeySubMenuKeyFuncViewController.h"
 
-#include "Common/Globals.h"
+#include "Common/InputKeyCodes.h"
 #include "Common/NotificationCenter.h"
 #include "Keylogger/LocalEventMonitor.h"
 #include "Language/AppText.h"
 #include "Language/Language.h"
-#include "View/KeyboardLayout/KeyCodeMaps.h"
-#include "View/KeyboardLayout/KeyVocabulary.h"
+#include "View/KeyboardLayout/KeyUsageNames.h"
+#include "View/control/FrameLessView.h"
 #include "View/control/Theme.h"
 
 #include <QLabel>
@@ -23,22 +23,6 @@ constexpr int kMargin = 16;
 constexpr int kButtonWidth = 88;
 constexpr int kButtonHeight = 30;
 
-// The name the dialog shows for a key code: the active model's first, then
-// the vocabulary's for keys the model lacks.
-std::optional<QString> capturedKeyName(int keyCode)
-{
-    if (const auto record = keyCodeRecord(keyCode))
-        return record->full_name;
-    if (const KeyVocabulary::Word* word = KeyVocabulary::wordOfCode(keyCode))
-        return QString::fromLatin1(word->full_name);
-    return std::nullopt;
-}
-
-QString refusalNote()
-{
-    return appText(AppText::KeyCannotBeSet);
-}
-
 QPushButton* makeButton(QWidget* parent, const char* objectName, bool primary)
 {
     auto* button = new QPushButton(parent);
@@ -47,7 +31,9 @@ QPushButton* makeButton(QWidget* parent, const char* objectName, bool primary)
     button->setFocusPolicy(Qt::NoFocus);
     const QString blue = Theme::hoverBlue().name();
     button->setStyleSheet(primary ? QStringLiteral("QPushButton { background: %1; color: white; border: none;"
-                                                   " border-radius: 6px; }").arg(blue)
+                                                   " border-radius: 6px; }"
+                                                   "QPushButton:disabled { background: %2; }")
+                                        .arg(blue, Theme::panelBorder().name())
                                   : QStringLiteral("QPushButton { background: white; color: #0d0d0d;"
                                                    " border: 1px solid %1; border-radius: 6px; }")
                                         .arg(Theme::panelBorder().name()));
@@ -57,10 +43,9 @@ QPushButton* makeButton(QWidget* parent, const char* objectName, bool primary)
 }  // namespace
 
 KeySubMenuKeyFuncViewController::KeySubMenuKeyFuncViewController(QWidget* parent)
-    : QWidget(parent, Qt::Tool | Qt::FramelessWindowHint)
+    : QWidget(parent, FloatingPanel::windowFlags())
 {
     setObjectName(QStringLiteral("kbKeyFuncSubMenu"));
-    setAttribute(Qt::WA_TranslucentBackground);
     setFocusPolicy(Qt::StrongFocus);
     setFixedSize(kWidth, kHeight);
 
@@ -80,6 +65,13 @@ KeySubMenuKeyFuncViewController::KeySubMenuKeyFuncViewController(QWidget* parent
     keyFont.setWeight(QFont::DemiBold);
     edit_keyfunc->setFont(keyFont);
 
+    label_note = new QLabel(this);
+    label_note->setObjectName(QStringLiteral("label_note"));
+    label_note->setGeometry(kMargin, 84, kWidth - 2 * kMargin, 36);
+    label_note->setWordWrap(true);
+    label_note->setAlignment(Qt::AlignHCenter | Qt::AlignTop);
+    Theme::setTextColor(label_note, Theme::warningText());
+
     btn_okfunc = makeButton(this, "btn_okfunc", true);
     btn_okfunc->setGeometry(kWidth - kMargin - kButtonWidth, kHeight - kMargin - kButtonHeight, kButtonWidth,
                             kButtonHeight);
@@ -96,6 +88,12 @@ void KeySubMenuKeyFuncViewController::viewDidAppear()
     label_keyfunc->setText(languageText(90));
     btn_cancelfunc->setText(languageText(91));
     btn_okfunc->setText(languageText(92));
+    // Every opening starts empty: a capture made for another key is no
+    // answer for this one.
+    captured = {};
+    heldModifiers_ = 0;
+    label_note->clear();
+    showCaptured();
     startLocalEventMoniter();
 }
 
@@ -104,44 +102,56 @@ void KeySubMenuKeyFuncViewController::startLocalEventMoniter()
     if (eventHandler)
         return;
     eventHandler = LocalEventMonitor::addLocalMonitorForEvents(
-        LocalEventMonitor::KeyDownMask | LocalEventMonitor::FlagsChangedMask, [this](QKeyEvent*) {
-            if (lastKeyOperate == QLatin1String("down"))
-                fillBindInput();
-        });
+        LocalEventMonitor::KeyDownMask | LocalEventMonitor::KeyUpMask | LocalEventMonitor::FlagsChangedMask,
+        [this](QKeyEvent* event) { fillBindInput(*event); });
 }
 
 void KeySubMenuKeyFuncViewController::viewDidDisappear()
 {
-    // The field and the captured key stay for the next showing.
     if (eventHandler)
         LocalEventMonitor::removeMonitor(eventHandler);
     eventHandler = 0;
 }
 
-void KeySubMenuKeyFuncViewController::fillBindInput()
+void KeySubMenuKeyFuncViewController::fillBindInput(const QKeyEvent& event)
 {
-    const int code = GLOBAL_LAST_PRESS_KEY_SCANCODE;
-    if (code == 0)
-        return;
-    const std::optional<QString> name = capturedKeyName(code);
-    if (!name) {
-        // Nothing captured: OK now means the key's own function, as it does
-        // before any key is pressed.
-        currentKeyValue = 0;
-        currentModifyKeysStr.clear();
-        edit_keyfunc->setText(refusalNote());
+    const bool down = event.type() == QEvent::KeyPress;
+    const int usage = hidUsageFromNativeScanCode(event.nativeScanCode()).value_or(0);
+    if (KeyCombination::isModifier(usage)) {
+        const uint8_t bit = KeyCombination::modifierBit(usage);
+        heldModifiers_ = down ? uint8_t(heldModifiers_ | bit) : uint8_t(heldModifiers_ & ~bit);
+        // Modifiers alone stand until a key joins them.
+        if (down && !event.isAutoRepeat())
+            captured = {heldModifiers_, 0};
+    } else if (down) {
+        if (usage == 0 || !KeyUsageNames::usageName(usage)) {
+            label_note->setText(appText(AppText::KeyCannotBeSet));
+            return;
+        }
+        captured = {heldModifiers_, usage};
+    } else {
         return;
     }
-    currentKeyValue = code;
-    currentModifyKeysStr = *name;
-    edit_keyfunc->setText(*name);
+    label_note->clear();
+    showCaptured();
+}
+
+void KeySubMenuKeyFuncViewController::showCaptured()
+{
+    currentModifyKeysStr = KeyUsageNames::combinationText(captured);
+    edit_keyfunc->setText(currentModifyKeysStr);
+    btn_okfunc->setEnabled(!captured.empty());
 }
 
 void KeySubMenuKeyFuncViewController::action_onkeyfunc()
 {
-    NotificationCenter::defaultCenter().post(
-        QStringLiteral("CustomKeyFuncMsg"),
-        QVariantMap{{QStringLiteral("keyvalue"), currentKeyValue}, {QStringLiteral("keyDesc"), currentModifyKeysStr}});
+    const auto row = KeyCombination::toRow(captured);
+    if (!row)
+        return;
+    NotificationCenter::defaultCenter().post(QStringLiteral("CustomKeyFuncMsg"),
+                                             QVariantMap{{QStringLiteral("keyvalue"), row->macroValue},
+                                                         {QStringLiteral("modifiers"), row->macro2Value},
+                                                         {QStringLiteral("keyDesc"), currentModifyKeysStr}});
 }
 
 void KeySubMenuKeyFuncViewController::action_cancelkeyfunc()
@@ -165,13 +175,8 @@ void KeySubMenuKeyFuncViewController::hideEvent(QHideEvent* event)
 
 void KeySubMenuKeyFuncViewController::paintEvent(QPaintEvent*)
 {
-    // White at 0.8, as the other floating menus, with an edge that holds
-    // against the keys behind it.
     QPainter painter(this);
-    painter.setRenderHint(QPainter::Antialiasing);
-    painter.setPen(QColor(0xc4, 0xc9, 0xd1));
-    painter.setBrush(QColor::fromRgbF(1, 1, 1, 0.8f));
-    painter.drawRoundedRect(QRectF(rect()).adjusted(0.5, 0.5, -0.5, -0.5), 8, 8);
+    FloatingPanel::paint(painter, rect(), Theme::panel());
 }
 
 KeySubMenuKeyFuncViewController* ShowKBKeyFuncSubMenu(QWidget* owner)

@@ -1,20 +1,27 @@
 #pragma once
 // KeySubMenuKeyFuncViewController: the small floating dialog in which the
-// user presses one key, on any keyboard, for the key of the picture that is
-// being reassigned. While it is shown, a local event monitor takes over each
-// key pressed; the key logger has stored the key's HID usage by then. OK and
-// Cancel post "CustomKeyFuncMsg"; MainController writes the assignment.
+// user presses a key, or a combination such as Ctrl+Shift+K, on any
+// keyboard, for the key of the picture that is being reassigned. While it is
+// shown, a local event monitor sees each key pressed and released in the
+// application's windows.
 //
-// Each press replaces the one before, so a held modifier followed by a
-// letter ends as the letter alone. A key with no row in the active model's
-// code map is taken by its name where the key vocabulary has one, and
-// otherwise refused with a note in the field.
+// Modifiers held when another key goes down are captured with it; a
+// modifier pressed alone is captured alone until a key follows. Any key with
+// a HID usage can be bound, whatever the model; a key without one is refused
+// with a note under the field, and the capture before it stays. Each showing
+// starts empty and OK waits for a capture. OK posts "CustomKeyFuncMsg" with
+// "keyvalue" and "modifiers" (a key assignment's `macroValue` and
+// `macro2Value`, Common/KeyCombination.h) and "keyDesc"; Cancel posts
+// "keyvalue" 0, which assigns nothing: the key keeps what it had.
+
+#include "Common/KeyCombination.h"
 
 #include <QPointer>
 #include <QWidget>
 
 #include <vector>
 
+class QKeyEvent;
 class QLabel;
 class QLineEdit;
 class QPushButton;
@@ -23,26 +30,26 @@ class KeySubMenuKeyFuncViewController : public QWidget {
     Q_OBJECT
 public:
     static constexpr int kWidth = 300;
-    static constexpr int kHeight = 150;
+    static constexpr int kHeight = 176;
 
     explicit KeySubMenuKeyFuncViewController(QWidget* parent = nullptr);
     ~KeySubMenuKeyFuncViewController() override;
 
     void viewDidAppear();
     void viewDidDisappear();
-    // Takes over the last pressed key.
-    void fillBindInput();
+    // Takes a key event of the application's windows.
+    void fillBindInput(const QKeyEvent& event);
     void action_onkeyfunc();
     void action_cancelkeyfunc();
 
     QLineEdit* edit_keyfunc = nullptr;
     QLabel* label_keyfunc = nullptr;
+    QLabel* label_note = nullptr;  // why a key was refused
     QPushButton* btn_cancelfunc = nullptr;
     QPushButton* btn_okfunc = nullptr;
     int eventHandler = 0;  // the local monitor's token while shown
     QString currentModifyKeysStr;
-    std::vector<int> currentModifyKeys;
-    int currentKeyValue = 0;  // the captured key's code
+    KeyCombination::Combination captured;
 
 protected:
     void showEvent(QShowEvent* event) override;
@@ -51,6 +58,9 @@ protected:
 
 private:
     void startLocalEventMoniter();
+    void showCaptured();
+
+    uint8_t heldModifiers_ = 0;
 };
 
 // The dialog's floating window, made on first use with `owner` as its

@@ -84,7 +84,7 @@ void KeySubMenuMacroViewController::loadMacroData()
         auto* row = new TableItemView;
         row->resize(kListWidth, kRowHeight);
         row->initView();
-        row->textView->setText(macro.value(QStringLiteral("text")).toString());
+        row->setText(macro.value(QStringLiteral("text")).toString());
         macro_tableview->setItemWidget(item, row);
     }
 }

@@ -1,5 +1,7 @@
 #include "View/control/FrameLessView.h"
 
+#include "View/control/Theme.h"
+
 #include <QGuiApplication>
 #include <QMouseEvent>
 #include <QPainter>
@@ -26,11 +28,31 @@ void startWindowDrag(QWidget* widget, QMouseEvent* event)
 
 }  // namespace
 
-FramelessWindow::FramelessWindow(QWidget* parent)
-    : QWidget(parent, Qt::Tool | Qt::FramelessWindowHint | Qt::NoDropShadowWindowHint)
+Qt::WindowFlags FloatingPanel::windowFlags()
 {
-    setAttribute(Qt::WA_TranslucentBackground);
+    // The compositor's shadow would make the panel look different on a
+    // desktop with one and without one: the panel draws its own.
+    return Qt::Tool | Qt::FramelessWindowHint | Qt::NoDropShadowWindowHint;
 }
+
+void FloatingPanel::paint(QPainter& painter, const QRect& rect, const QColor& background)
+{
+    QColor opaque = background;
+    opaque.setAlpha(255);
+    painter.save();
+    painter.setCompositionMode(QPainter::CompositionMode_Source);
+    painter.fillRect(rect, opaque);
+    // Light falls from the upper left: a pale edge there, the shadow's
+    // darker one along the lower and right sides, inside the window, where
+    // the entries (1 unit in from each side) leave room for it.
+    painter.fillRect(QRect(rect.left(), rect.top(), rect.width(), 1), Theme::floatingEdge());
+    painter.fillRect(QRect(rect.left(), rect.top(), 1, rect.height()), Theme::floatingEdge());
+    painter.fillRect(QRect(rect.left(), rect.bottom(), rect.width(), 1), Theme::floatingShadow());
+    painter.fillRect(QRect(rect.right(), rect.top(), 1, rect.height()), Theme::floatingShadow());
+    painter.restore();
+}
+
+FramelessWindow::FramelessWindow(QWidget* parent) : QWidget(parent, FloatingPanel::windowFlags()) {}
 
 void FramelessWindow::setBackgroundColor(const QColor& color)
 {
@@ -57,8 +79,7 @@ QRect FramelessWindow::flippedFrame() const
 void FramelessWindow::paintEvent(QPaintEvent*)
 {
     QPainter painter(this);
-    painter.setCompositionMode(QPainter::CompositionMode_Source);
-    painter.fillRect(rect(), background_);
+    FloatingPanel::paint(painter, rect(), background_);
 }
 
 void DragView::mousePressEvent(QMouseEvent* event) { startWindowDrag(this, event); }

@@ -1,10 +1,12 @@
 #pragma once
 // Windows and views without a frame of their own.
 //
-// FramelessWindow: a frameless tool window with a translucent background of
-// one colour (white at 0.8 unless told otherwise), the base of the floating
-// menus and the key tool tip. It floats over the main window, may take the
+// FramelessWindow: a frameless tool window on an opaque floating panel of
+// one colour (white unless told otherwise), the base of the floating menus
+// and the key tool tip. It floats over the main window, may take the
 // keyboard focus, and is shown and hidden, never rebuilt.
+// FloatingPanel: how every floating menu, dialog and tool tip is made and
+// drawn, so that they all look alike.
 // DragView and DragImageView: a press on them drags their window.
 // DragColorWell: a colour swatch; a click asks for the colour panel
 // (clicked()), a press that moves drags its window like the views above.
@@ -15,6 +17,17 @@
 #include <QColor>
 #include <QWidget>
 
+class QPainter;
+
+namespace FloatingPanel {
+// A frameless tool window that draws its own shadow.
+Qt::WindowFlags windowFlags();
+// Fills `rect` with `background` made opaque, with an edge and a shadow
+// line along the lower and right sides. Nothing of the panel is transparent: a
+// translucent window shows the picture's legends through its text, and
+// without a compositor its clear corners turn black or grey.
+void paint(QPainter& painter, const QRect& rect, const QColor& background);
+}  // namespace FloatingPanel
 class FramelessWindow : public QWidget {
     Q_OBJECT
 public:
@@ -34,7 +47,7 @@ protected:
     void paintEvent(QPaintEvent* event) override;
 
 private:
-    QColor background_ = QColor::fromRgbF(1, 1, 1, 0.8f);
+    QColor background_ = Qt::white;
 };
 
 class DragView : public QWidget {

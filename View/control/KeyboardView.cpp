@@ -1,6 +1,7 @@
 #include "View/control/KeyboardView.h"
 
 #include "View/control/FlippedRect.h"
+#include "View/control/KeyCapsView.h"
 #include "View/control/KeyView.h"
 #include "View/control/NamedImageView.h"
 #include "View/control/SelectKeyView.h"
@@ -32,6 +33,7 @@ void KeyboardView::removeKeyboard()
         postToolTip(-1);
     hoverKeyItem = -1;
     selectKeyItem = -1;
+    markedKeyItem_ = -1;
     frameSelect = {};
     for (auto* keys : {&kbKeyArrayHover, &kbKeyArraySelect})
         for (KeyData& key : *keys) {
@@ -46,6 +48,8 @@ void KeyboardView::removeKeyboard()
     }
     delete frameSelectView;
     frameSelectView = nullptr;
+    delete keyCapsView;
+    keyCapsView = nullptr;
     keyGeometry_.clear();
     isEvent = false;
 }
@@ -70,16 +74,19 @@ void KeyboardView::initKeyboard(int type, const QString& kb_image, std::vector<K
     kbOldView = new NamedImageView(this);
     kbOldView->setImageName(kb_image);
     kbOldView->hide();
+    keyCapsView = new KeyCapsView(this);
     for (KeyData& key : kbKeyArraySelect)
         key.view = new SelectKeyView(this);
     frameSelectView = new FrameSelectView(this);
     frameSelectView->setGeometry(0, 0, 0, 0);
 
-    // Children stack in creation order: key colours, picture, markers, band.
+    // Children stack in creation order: key colours, picture, caps,
+    // markers, band.
     placeChildren();
     for (KeyData& key : kbKeyArrayHover)
         key.view->show();
     kbImageView->show();
+    keyCapsView->setVisible(keyCapTextsShown_);
     for (KeyData& key : kbKeyArraySelect)
         key.view->show();
     frameSelectView->show();
@@ -96,9 +103,27 @@ void KeyboardView::placeChildren()
         for (const KeyData& key : *keys)
             if (key.view)
                 key.view->setGeometry(keyGeometry_[size_t(key.index)].toAlignedRect());
-    for (NamedImageView* picture : {kbImageView, kbNewView, kbOldView})
+    for (QWidget* picture : std::initializer_list<QWidget*>{kbImageView, kbNewView, kbOldView, keyCapsView})
         if (picture)
             picture->setGeometry(rect());
+}
+
+void KeyboardView::setKeyCapTexts(std::vector<QString> texts)
+{
+    if (keyCapsView)
+        keyCapsView->setTexts(std::move(texts));
+}
+
+std::vector<QString> KeyboardView::keyCapTexts() const
+{
+    return keyCapsView ? keyCapsView->texts() : std::vector<QString>{};
+}
+
+void KeyboardView::setKeyCapTextsShown(bool shown)
+{
+    keyCapTextsShown_ = shown;
+    if (keyCapsView)
+        keyCapsView->setVisible(shown && kbImageView && kbImageView->isVisibleTo(this));
 }
 
 void KeyboardView::resetKeyMacro()

@@ -30,6 +30,7 @@
 #include <vector>
 
 class FrameSelectView;
+class KeyCapsView;
 class QAbstractAnimation;
 class KeyView;
 class NamedImageView;
@@ -54,6 +55,13 @@ public:
     void removeKeyboard();
     // Every key's `keyMacro` becomes the full name of its key.
     void resetKeyMacro();
+    // What each key does when it differs from the key's own function, by
+    // key index ("" for a key that keeps it), shown on the caps; the texts
+    // go with the keys at the next initKeyboard.
+    void setKeyCapTexts(std::vector<QString> texts);
+    std::vector<QString> keyCapTexts() const;
+    // The caps show those texts or, hidden, the picture's own legends.
+    void setKeyCapTextsShown(bool shown);
     // The colour every KeyView shows while it has no colour of its own.
     void setKeyBackgroundColor(const QColor& color);
 
@@ -83,11 +91,17 @@ public:
     NamedImageView* kbOldView = nullptr;
     int animationIndex = 0;
     FrameSelectView* frameSelectView = nullptr;
+    KeyCapsView* keyCapsView = nullptr;
     QPointF ptMouseDown;  // picture units, y upward, like the keys' rects
     QRectF frameSelect;   // the last rubber band, picture units
 
     KeyView* keyView(int index) const;
     SelectKeyView* selectKeyView(int index) const;
+
+    // Keeps a key's marker on while its menu is open, whatever the pointer
+    // and the selection do; -1 lets it go.
+    void setMarkedKey(int index);
+    int markedKey() const { return markedKeyItem_; }
 
     // ---- Pointer (points in view coordinates) ----------------------------
     void mouseMoved(const QPointF& point);
@@ -130,4 +144,6 @@ private:
 
     QSizeF bounds_;
     std::vector<QRectF> keyGeometry_;  // view coordinates, index = key index
+    bool keyCapTextsShown_ = true;
+    int markedKeyItem_ = -1;
 };

@@ -249,3 +249,77 @@ QImage KeyboardViewPicture::render(const QString& name, const QSize& size, qreal
         paintKeyMarker(p, QSizeF(size));
     return image;
 }
+
+namespace {
+
+// `text` on one line, or split at its last "+" or space before the middle
+// onto two, at the largest size from `largest` down to `smallest` that fits
+// `box`; the last line is elided at the smallest size.
+void drawFittedFunction(QPainter& p, const QRectF& box, const QString& text, qreal largest, qreal smallest)
+{
+    QStringList lines{text};
+    const qsizetype cut = std::max(text.lastIndexOf(QLatin1Char('+'), text.size() / 2), text.lastIndexOf(QLatin1Char(' '), text.size() / 2));
+    const QStringList twoLines = cut > 0 ? QStringList{text.left(cut + 1).trimmed(), text.mid(cut + 1).trimmed()} : lines;
+    for (const QStringList& candidate : {lines, twoLines}) {
+        for (int size = qRound(largest); size >= qRound(smallest); --size) {
+            const QFont font = legendFont(size);
+            const QFontMetricsF metrics(font);
+            const bool fits = std::all_of(candidate.begin(), candidate.end(), [&](const QString& line) {
+                return metrics.horizontalAdvance(line) <= box.width();
+            }) && metrics.height() * candidate.size() <= box.height() + 1;
+            if (fits) {
+                p.setFont(font);
+                p.drawText(box, Qt::AlignCenter, candidate.join(QLatin1Char('\n')));
+                return;
+            }
+        }
+    }
+    const QFont font = legendFont(smallest);
+    p.setFont(font);
+    const QFontMetricsF metrics(font);
+    const QStringList last = metrics.height() * 2 <= box.height() + 1 ? twoLines : lines;
+    QStringList shown = last;
+    shown.back() = metrics.elidedText(shown.back(), Qt::ElideRight, box.width());
+    p.drawText(box, Qt::AlignCenter, shown.join(QLatin1Char('\n')));
+}
+
+}  // namespace
+
+bool KeyboardViewPicture::hasLightCaps(const QString& pictureName)
+{
+    const auto kind = pictureKindFor(pictureName);
+    return !kind || kind->colourType == 1;
+}
+
+void KeyboardViewPicture::paintAssignedCap(QPainter& p, const QString& pictureName, const QString& keyName,
+                                           const QRectF& key, qreal unit, const QString& function,
+                                           const QColor& functionColour)
+{
+    const auto kind = pictureKindFor(pictureName);
+    if (!kind || unit <= 0)
+        return;
+    const Palette pal = paletteFor(kind->colourType, kind->model->keyboardLayout == 2);
+    const Cap cap = capOf(key, unit);
+    p.save();
+    p.setRenderHint(QPainter::Antialiasing);
+    p.setRenderHint(QPainter::TextAntialiasing);
+    // A fresh top face hides the cut-out legend beneath.
+    QLinearGradient top(cap.face.topLeft(), cap.face.bottomLeft());
+    top.setColorAt(0, pal.capTop);
+    top.setColorAt(1, pal.capTop.darker(104));
+    p.setPen(Qt::NoPen);
+    p.setBrush(top);
+    p.drawRoundedRect(cap.face, cap.radius * 0.8, cap.radius * 0.8);
+
+    const Legend legend = legendOf(keyName);
+    const QString printed = legend.lower.isEmpty() ? legend.upper : legend.lower;
+    const QRectF upper(cap.face.left(), cap.face.top(), cap.face.width(), cap.face.height() * 0.36);
+    const QRectF lower(cap.face.left(), upper.bottom(), cap.face.width(), cap.face.height() - upper.height());
+    // The printed legend in the colour the picture's legends show.
+    p.setPen(kind->colourType == 1 ? Qt::black : Qt::white);
+    p.setFont(legendFont(fittedPixelSize(printed, unit * 0.17, legendRoom(cap.face))));
+    p.drawText(upper, Qt::AlignCenter, printed);
+    p.setPen(functionColour);
+    drawFittedFunction(p, lower.adjusted(1, 0, -1, 0), function, unit * 0.25, std::max<qreal>(7.0, unit * 0.15));
+    p.restore();
+}

@@ -68,7 +68,7 @@ void KeyboardView::mouseMoved(const QPointF& point)
     if (hoverKeyItem != -1) {
         if (keyGeometry(hoverKeyItem).contains(point))
             return;
-        if (SelectKeyView* key = selectKeyView(hoverKeyItem); key && !key->keyCheck)
+        if (SelectKeyView* key = selectKeyView(hoverKeyItem); key && !key->keyCheck && hoverKeyItem != markedKeyItem_)
             key->showMarker(false);
         hoverKeyItem = -1;
         postToolTip(-1);
@@ -145,7 +145,22 @@ void KeyboardView::mouseExited()
     if (!isEvent || hoverKeyItem == -1)
         return;
     setKeyCheck(hoverKeyItem, false);
+    // The pointer went to the key's menu: the key it works on stays marked.
+    if (SelectKeyView* key = selectKeyView(hoverKeyItem); key && hoverKeyItem == markedKeyItem_)
+        key->showMarker(true);
     hoverKeyItem = -1;
+}
+
+void KeyboardView::setMarkedKey(int index)
+{
+    const int previous = markedKeyItem_;
+    markedKeyItem_ = index;
+    if (SelectKeyView* key = selectKeyView(previous); key && previous != index && !key->keyCheck && previous != hoverKeyItem)
+        key->showMarker(false);
+    if (SelectKeyView* key = selectKeyView(index)) {
+        key->ensureMarker();
+        key->showMarker(true);
+    }
 }
 
 // Moves without a button hover; with the left button they drag. Other

@@ -4,6 +4,7 @@
 
 #include "Common/NotificationCenter.h"
 #include "View/control/FlippedRect.h"
+#include "View/control/KeyCapsView.h"
 #include "View/control/KeyView.h"
 #include "View/control/NamedImageView.h"
 #include "View/control/ViewAnimation.h"
@@ -43,6 +44,8 @@ void KeyboardView::setControlHideStatus(bool isHidden)
                 key.view->setHidden(isHidden);
     if (frameSelectView)
         frameSelectView->setHidden(isHidden);
+    if (keyCapsView)
+        keyCapsView->setHidden(isHidden || !keyCapTextsShown_);
 }
 
 void KeyboardView::animationMoveKBView(const QString& new_image, const QString& old_image, int move_type)

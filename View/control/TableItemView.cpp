@@ -1,10 +1,12 @@
 #include "View/control/TableItemView.h"
 
 #include "Common/NotificationCenter.h"
+#include "Language/AppText.h"
 #include "View/control/FlippedRect.h"
 #include "View/control/NamedImage.h"
 #include "View/control/Theme.h"
 
+#include <QFontMetrics>
 #include <QPainter>
 #include <QVariantMap>
 
@@ -64,18 +66,52 @@ void MacroTableItemView::initView(int index)
         return;
     initFinish = true;
     textView = new QLabel(this);
-    textView->setGeometry(flippedRect(kRowHeight, 10, 7, 90, 16));
     textView->setAlignment(Qt::AlignLeft | Qt::AlignVCenter);
     textView->setAttribute(Qt::WA_TransparentForMouseEvents);
     Theme::setTextColor(textView, Theme::normalText());
-    delBtnView = rowButton(this, QStringLiteral("macro_btn_del"), flippedRect(kRowHeight, 100, 5, 20, 20));
-    editBtnView = rowButton(this, QStringLiteral("macro_btn_edit"), flippedRect(kRowHeight, 132, 5, 20, 20));
+    countView = new QLabel(this);
+    countView->setObjectName(QStringLiteral("countView"));
+    countView->setAlignment(Qt::AlignRight | Qt::AlignVCenter);
+    countView->setAttribute(Qt::WA_TransparentForMouseEvents);
+    Theme::setTextColor(countView, Theme::disabledText());
+    delBtnView = rowButton(this, QStringLiteral("macro_btn_del"), QRect());
+    editBtnView = rowButton(this, QStringLiteral("macro_btn_edit"), QRect());
     const auto post = [this](int type) {
         NotificationCenter::defaultCenter().post(QStringLiteral("MacroTableViewButton"),
                                                  QVariantMap{{"type", type}, {"index", tableViewIndex}});
     };
     connect(delBtnView, &QAbstractButton::clicked, this, [post] { post(kDelete); });
     connect(editBtnView, &QAbstractButton::clicked, this, [post] { post(kEdit); });
+    placeViews(false);
+}
+
+void MacroTableItemView::setMacro(const QString& name, int steps)
+{
+    countView->setText(appText(steps == 1 ? AppText::MacroStepCountOne : AppText::MacroStepCountMany).arg(steps));
+    setText(name);
+    placeViews(delBtnView->isVisible());
+}
+
+void MacroTableItemView::placeViews(bool hovered)
+{
+    if (!initFinish)
+        return;
+    constexpr int kButton = 20, kGap = 8, kLeft = 10;
+    const int y = (height() - kButton) / 2;
+    editBtnView->setGeometry(width() - kGap - kButton, y, kButton, kButton);
+    delBtnView->setGeometry(editBtnView->x() - kGap - kButton, y, kButton, kButton);
+    const int countWidth = countView->fontMetrics().horizontalAdvance(countView->text());
+    countView->setGeometry(width() - kGap - countWidth, 0, countWidth, height());
+    countView->setVisible(!hovered);
+    const int nameEnd = (hovered ? delBtnView->x() : countView->x()) - kGap;
+    textView->setGeometry(kLeft, 0, std::max(0, nameEnd - kLeft), height());
+    elideText();
+}
+
+void MacroTableItemView::resizeEvent(QResizeEvent* event)
+{
+    TableItemView::resizeEvent(event);
+    placeViews(delBtnView && delBtnView->isVisible());
 }
 
 void MacroTableItemView::setHovered(bool hovered)
@@ -84,6 +120,9 @@ void MacroTableItemView::setHovered(bool hovered)
         delBtnView->setVisible(hovered);
     if (editBtnView)
         editBtnView->setVisible(hovered);
+    placeViews(hovered);
+    if (countView)
+        Theme::setTextColor(countView, hovered ? QColor(Qt::white) : Theme::disabledText());
     TableItemView::setHovered(hovered);
 }
 
@@ -103,6 +142,21 @@ void TableItemView::initView()
     textView->setAttribute(Qt::WA_TransparentForMouseEvents);
     Theme::setTextColor(textView, Theme::normalText());
     image_.clear();
+}
+
+void TableItemView::setText(const QString& text)
+{
+    text_ = text;
+    elideText();
+}
+
+void TableItemView::elideText()
+{
+    if (!textView)
+        return;
+    const QString shown = textView->fontMetrics().elidedText(text_, Qt::ElideRight, textView->width());
+    textView->setText(shown);
+    setToolTip(shown == text_ ? QString() : text_);
 }
 
 void TableItemView::setHovered(bool hovered)

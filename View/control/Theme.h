@@ -18,6 +18,16 @@ inline QColor hoverBlue() { return QColor::fromRgbF(0.2235294117647059f, 0.64705
 inline QColor recordBlue() { return QColor::fromRgbF(0.00392156862745098f, 0.5882352941176471f, 1.0f); }
 inline QColor panel() { return QColor(0xff, 0xff, 0xff); }
 inline QColor panelBorder() { return QColor(0xe3, 0xe6, 0xea); }
+// What a reassigned key does, on its cap in the keyboard picture: a deeper
+// blue on light caps, the hover blue on dark ones.
+inline QColor assignedKeyText(bool lightCaps) { return lightCaps ? QColor(0x00, 0x6c, 0xc8) : hoverBlue(); }
+// The button of a question that deletes the user's data.
+inline QColor destructive() { return QColor(0xd9, 0x30, 0x25); }
+// A refusal or a warning in a dialog.
+inline QColor warningText() { return QColor(0xc0, 0x39, 0x2b); }
+// The edge and the drop shadow of the floating menus and dialogs.
+inline QColor floatingEdge() { return QColor(0xc4, 0xc9, 0xd1); }
+inline QColor floatingShadow() { return QColor(0x9a, 0xa1, 0xab); }
 // Behind the row of the effect in force.
 inline QColor selectedRow() { return QColor(0xe9, 0xf4, 0xff); }
 

@@ -1,5 +1,6 @@
-// A key pressed in the capture dialog becomes the assignment of a key of the
-// picture: stored, shown on the key and sent in the profile's key table.
+// A key or a combination pressed in the capture dialog becomes the
+// assignment of a key of the picture: stored, shown on the key, sent in the
+// profile's key table, and carried through an exchange file.
 #include "SQLite/DeviceSQLite.h"
 #include "View/CustomMenu/KeySubMenuKeyFuncViewController.h"
 #include "View/KeyboardLayout/KeyCodeMaps.h"
@@ -13,6 +14,9 @@
 #include <QLineEdit>
 #include <QPainter>
 #include <QPushButton>
+#include <QTemporaryDir>
+#include <QTest>
+#include <QUrl>
 #include <gtest/gtest.h>
 
 using testing_support::hexFromBytes;
@@ -20,8 +24,17 @@ using testing_support::hexFromBytes;
 namespace {
 
 constexpr int kEscape = 41;
+// Native scan codes: the evdev code plus 8.
+constexpr quint32 kCtrl = 29 + 8, kShift = 42 + 8, kA = 30 + 8, kK = 37 + 8, kF5 = 63 + 8;
+constexpr quint32 kProg1 = 148 + 8;  // a key the keyboard page has no usage for
 
-using Key = std::pair<QEvent::Type, quint32>;  // native scan code: the evdev code plus 8
+using Key = std::pair<QEvent::Type, quint32>;
+
+// The whole table with one entry in Escape's slot (1).
+std::string tableWithEscape(const std::string& entry)
+{
+    return "00000000" + entry + std::string(2 * (574 - 8), '0') + "aa55";
+}
 
 class CustomKey : public testing::Test {
 protected:
@@ -29,28 +42,44 @@ protected:
     {
         FakeKeySource::keylogger();
         ASSERT_TRUE(session.connected());
-        dialog = ShowKBKeyFuncSubMenu(controller.get());
-        dialog->move(controller->mapToGlobal(QPoint(305, 112)));
+        controller->currentKeyValue = kEscape;
+        open();
     }
     void TearDown() override { delete kbKeyFuncSubMenu; }
 
+    void open()
+    {
+        dialog = ShowKBKeyFuncSubMenu(controller.get());
+        dialog->move(controller->mapToGlobal(QPoint(305, 112)));
+    }
     void press(const std::vector<Key>& keys)
     {
         for (const auto& [type, scanCode] : keys)
             sendKey(dialog, type, scanCode);
     }
-    // Clicks the button and answers the profile-2 table once it differs from `before`.
-    std::string clickAndReadTable(QPushButton* button, const std::vector<uint8_t>& before)
+    // Clicks the button and answers profile 1's table once an upload ended.
+    std::string clickAndReadTable(QPushButton* button)
     {
-        button->click();
-        const auto sent = [&] { return keyboard->firmware().keyTable(2) != before && !controller->hidcomm_busy(); };
-        EXPECT_TRUE(waitUntil(sent));
-        return hexFromBytes(keyboard->firmware().keyTable(2));
+        const int tables = keyboard->firmware().commandCount(Protocol::Command::KeyTable);
+        QTest::mouseClick(button, Qt::LeftButton);
+        EXPECT_TRUE(waitUntil([&] {
+            return keyboard->firmware().commandCount(Protocol::Command::KeyTable) > tables && !controller->hidcomm_busy();
+        }));
+        return hexFromBytes(keyboard->firmware().keyTable(1));
     }
-    QString legend(int keyCode)
+    ProfileKey escapeRow()
+    {
+        std::vector<ProfileKey> rows;
+        controller->deviceDB->queryKeysProfile(1, rows);
+        for (ProfileKey& row : rows)
+            if (row.keyValue == kEscape)
+                return (row.keyId = 0, row);
+        return {};
+    }
+    QString cap(int keyCode)
     {
         const auto& keys = controller->orvane_keyboardctrl->kbKeyArraySelect;
-        return keys.at(std::size_t(*picturePosition(keyCode, int(keys.size())))).keyMacro;
+        return controller->orvane_keyboardctrl->keyCapTexts().at(std::size_t(*picturePosition(keyCode, int(keys.size()))));
     }
     // The dialog over the picture, when ORVANE_SCREENSHOT_DIR names a folder.
     void screenshot(const QString& name)
@@ -63,7 +92,11 @@ protected:
         }
     }
 
-    testing_support::VirtualSession session;
+    QTemporaryDir files;
+    QString answer;
+    testing_support::VirtualSession session{[this](MainController::Environment& env) {
+        env.chooseExchangeFile = [this](const ExchangeDialog&) { return answer; };
+    }};
     const std::unique_ptr<MainController>& controller = session.controller;
     const std::shared_ptr<VirtualKeyboard>& keyboard = session.keyboard;
     KeySubMenuKeyFuncViewController* dialog = nullptr;
@@ -71,60 +104,78 @@ protected:
 
 }  // namespace
 
-TEST_F(CustomKey, APressedKeyOnEscapeInProfile2IsStoredShownAndSentAndAHeldModifierBeforeItEndsTheSame)
+TEST_F(CustomKey, CtrlShiftKIsCapturedStoredSentAndComesBackThroughAnExchangeFile)
 {
-    // Profile 2 already holds an assignment on the keyboard (Tab plays Mute).
-    controller->currentProfile = 2;
-    controller->currentKeyValue = 43;
-    ProfileKey mute{.macroType = 11, .macroValue = 127, .macroDesc = "Mute"};
-    controller->addCustomKey(mute);
-    ASSERT_TRUE(waitUntil([&] { return !keyboard->firmware().keyTable(2).empty() && !controller->hidcomm_busy(); }));
-    const std::vector<uint8_t> before = keyboard->firmware().keyTable(2);
-    ASSERT_EQ(before.size(), 576u);
-    std::vector<uint8_t> expected = before;
-    std::copy_n(std::begin({0x02, 0x00, 0x04, 0x00}), 4, expected.begin() + 4);  // Escape's slot
+    EXPECT_FALSE(dialog->btn_okfunc->isEnabled()) << "nothing captured yet";
+    press({{QEvent::KeyPress, kCtrl}, {QEvent::KeyPress, kShift}});
+    EXPECT_EQ(dialog->edit_keyfunc->text(), "Ctrl+Shift");
+    press({{QEvent::KeyPress, kK}, {QEvent::KeyRelease, kK}, {QEvent::KeyRelease, kShift}, {QEvent::KeyRelease, kCtrl}});
+    EXPECT_EQ(dialog->edit_keyfunc->text(), "Ctrl+Shift+K");
+    screenshot("capture-dialog");
+    // The modifier byte 0x03 (Left Control, Left Shift) beside usage 0x0E.
+    EXPECT_EQ(clickAndReadTable(dialog->btn_okfunc), tableWithEscape("02030e00"));
+    const ProfileKey stored{.profId = 1, .keyValue = kEscape, .macroType = 14, .macroValue = 0x0E,
+                            .macro2Value = 0x103, .macroDesc = "Ctrl+Shift+K"};
+    EXPECT_EQ(escapeRow(), stored);
+    EXPECT_EQ(cap(kEscape), "Ctrl+Shift+K");
+    EXPECT_FALSE(dialog->isVisible());
 
+    // Exported, taken off the key, and imported back: the same row, and the
+    // keyboard gets the profile's table at once.
+    answer = QUrl::fromLocalFile(files.filePath("Profile A.key")).toString();
+    controller->exportKeyProfile();
     controller->currentKeyValue = kEscape;
-    const Key ctrlDown{QEvent::KeyPress, 37}, aDown{QEvent::KeyPress, 38};
-    const Key aUp{QEvent::KeyRelease, 38}, ctrlUp{QEvent::KeyRelease, 37};
-    for (const std::vector<Key>& keys : {std::vector{aDown, aUp}, std::vector{ctrlDown, aDown, aUp, ctrlUp}}) {
-        SCOPED_TRACE(keys.size() == 2 ? "A" : "Left Ctrl held, then A");
-        press(keys);
-        EXPECT_EQ(dialog->edit_keyfunc->text(), "A");
-        screenshot("capture-dialog");
-        EXPECT_EQ(clickAndReadTable(dialog->btn_okfunc, before), hexFromBytes(expected));
-        EXPECT_FALSE(dialog->isVisible());
-        std::vector<ProfileKey> rows;
-        ASSERT_TRUE(controller->deviceDB->queryKeysProfile(2, rows) && rows.size() == 2);
-        rows[1].keyId = 0;
-        EXPECT_EQ(rows[1], (ProfileKey{.profId = 2, .keyValue = kEscape, .macroType = 14, .macroValue = 4,
-                                       .macroDesc = "A"}));
-        EXPECT_EQ(legend(kEscape), "A");
+    ProfileKey backToDefault{.macroType = 17};
+    controller->addCustomKey(backToDefault);
+    ASSERT_TRUE(waitUntil([&] { return hexFromBytes(keyboard->firmware().keyTable(1)) == tableWithEscape("00000000")
+                                       && !controller->hidcomm_busy(); }));
+    const int tables = keyboard->firmware().commandCount(Protocol::Command::KeyTable);
+    controller->importKeyProfile();
+    ASSERT_TRUE(waitUntil([&] { return keyboard->firmware().commandCount(Protocol::Command::KeyTable) == tables + 1
+                                       && !controller->hidcomm_busy(); }));
+    EXPECT_EQ(hexFromBytes(keyboard->firmware().keyTable(1)), tableWithEscape("02030e00"));
+    EXPECT_EQ(escapeRow(), stored);
 
-        // Shown again, the dialog still holds A; Cancel gives Escape back its own function and name.
-        ShowKBKeyFuncSubMenu(controller.get());
-        EXPECT_EQ(dialog->edit_keyfunc->text(), "A");
-        EXPECT_EQ(clickAndReadTable(dialog->btn_cancelfunc, expected), hexFromBytes(before));
-        EXPECT_EQ(legend(kEscape), "Escape");
-        ShowKBKeyFuncSubMenu(controller.get());
-    }
+    // One modifier and a key keep the row as it has always been written.
+    open();
+    press({{QEvent::KeyPress, kCtrl}, {QEvent::KeyPress, kA}, {QEvent::KeyRelease, kA}, {QEvent::KeyRelease, kCtrl}});
+    EXPECT_EQ(clickAndReadTable(dialog->btn_okfunc), tableWithEscape("02010400"));
+    EXPECT_EQ(std::pair(escapeRow().macroValue, escapeRow().macro2Value), std::pair(4, 224));
     EXPECT_TRUE(keyboard->protocolErrors().isEmpty()) << keyboard->protocolErrors().join("\n").toStdString();
 
     controller->switchLanguage(kLanguageChinese);
     dialog->hide();
-    ShowKBKeyFuncSubMenu(controller.get());
+    open();
     EXPECT_EQ(dialog->label_keyfunc->text(), "请输入键盘按键");
+    press({{QEvent::KeyPress, kCtrl}, {QEvent::KeyPress, kShift}, {QEvent::KeyPress, kK}});
     screenshot("capture-dialog-zh");
     controller->switchLanguage(kLanguageEnglish);
 }
 
-TEST_F(CustomKey, AKeyTheModelLacksIsTakenByItsNameAndAKeyWithoutOneIsRefused)
+TEST_F(CustomKey, F5BindsOnThe61KeyBoardAKeyWithoutAUsageIsRefusedAndCancelChangesNothing)
 {
-    // Up Arrow has no key on the 61-key model but a name; F13 has neither.
-    const std::vector<std::tuple<quint32, QString, int>> cases{
-        {111, "Up Arrow", 0x52}, {191, "This key cannot be set; press another", 0}, {50, "Left Shift", 225}};
-    for (const auto& [scanCode, shown, captured] : cases) {
-        press({{QEvent::KeyPress, scanCode}, {QEvent::KeyRelease, scanCode}});
-        EXPECT_EQ(std::pair(dialog->edit_keyfunc->text(), dialog->currentKeyValue), std::pair(shown, captured));
-    }
+    press({{QEvent::KeyPress, kF5}, {QEvent::KeyRelease, kF5}});
+    EXPECT_EQ(dialog->edit_keyfunc->text(), "F5");
+    EXPECT_EQ(clickAndReadTable(dialog->btn_okfunc), tableWithEscape("02003e00"));
+    EXPECT_EQ(cap(kEscape), "F5");
+    const ProfileKey f5 = escapeRow();
+    ASSERT_EQ(f5.macroValue, 0x3E);
+
+    // A new opening starts empty; the refused key leaves A captured.
+    open();
+    EXPECT_EQ(dialog->edit_keyfunc->text(), "");
+    press({{QEvent::KeyPress, kA}, {QEvent::KeyRelease, kA}, {QEvent::KeyPress, kProg1}, {QEvent::KeyRelease, kProg1}});
+    EXPECT_EQ(dialog->edit_keyfunc->text(), "A");
+    EXPECT_EQ(dialog->label_note->text(), "This key cannot be set; press another");
+    EXPECT_TRUE(dialog->btn_okfunc->isEnabled());
+    screenshot("capture-dialog-refused");
+
+    // Cancel: the dialog closes, the row and the keyboard stay as they were.
+    const int tables = keyboard->firmware().commandCount(Protocol::Command::KeyTable);
+    QTest::mouseClick(dialog->btn_cancelfunc, Qt::LeftButton);
+    QTest::qWait(30);
+    EXPECT_FALSE(dialog->isVisible());
+    EXPECT_EQ(escapeRow(), f5);
+    EXPECT_EQ(keyboard->firmware().commandCount(Protocol::Command::KeyTable), tables);
+    EXPECT_EQ(hexFromBytes(keyboard->firmware().keyTable(1)), tableWithEscape("02003e00"));
 }

@@ -12,10 +12,12 @@
 #include "View/control/ButtonView.h"
 #include "View/control/UserLightTableItemView.h"
 #include "View/control/KeyboardView.h"
+#include "support/HexBytes.h"
 #include "support/StoreTestSupport.h"
 #include "support/VirtualSession.h"
 #include "support/WaitUntil.h"
 
+#include <QDir>
 #include <QLabel>
 #include <QListWidget>
 #include <QMessageBox>
@@ -24,6 +26,7 @@
 #include <gtest/gtest.h>
 
 using namespace testing_support;
+using testing_support::hexFromBytes;
 
 namespace {
 
@@ -70,44 +73,62 @@ protected:
 
 }  // namespace
 
-TEST_F(ExchangeWindow, AProfileExportedFromProfileCMergesIntoProfileBWithoutAFrame)
+TEST_F(ExchangeWindow, AProfileExportedFromProfileDIsNamedAfterItReplacedWholeAndSentWhenImportedIntoB)
 {
     DeviceSQLite& store = *controller->deviceDB;
-    store.addKeyProfile(key(3, kA, 127, "Mute"));
-    store.addKeyProfile(key(3, kEscape, 1, "Fn"));
+    store.addKeyProfile(key(4, kA, 127, "Mute"));
+    store.addKeyProfile(key(4, kEscape, 1, "Fn"));
     store.addKeyProfile(key(2, kS, 5, "Old S"));
     store.addKeyProfile(key(2, kA, 6, "Old A"));
-    follow(3);
+    follow(4);
+
+    // The dialog offers the profile's name in the language shown.
     G_Language = kLanguageChinese;
-
-    answer = QUrl::fromLocalFile(files.path()).toString();
+    answer = fileUrl("模式 D.key");
     controller->exportKeyProfile();
-    controller->exportKeyProfile();  // onto the same file: its rows go behind the first ones
-    EXPECT_EQ(result(), "已将 2 项按键设置导出到“Profile A.key”。");
-    SQLite::Database file((files.path() + "/Profile A.key").toStdString());
-    EXPECT_EQ(queryRows(file, R"(SELECT * FROM "t_keyprofile")"),
-              (Rows{{"1", "1", "4", "11", "127", "0", "0", "Mute"}, {"2", "1", "41", "11", "1", "0", "0", "Fn"},
-                    {"3", "1", "4", "11", "127", "0", "0", "Mute"}, {"4", "1", "41", "11", "1", "0", "0", "Fn"}}));
-
-    follow(2);
+    EXPECT_EQ(result(), "已将 2 项按键设置导出到“模式 D.key”。");
     G_Language = kLanguageEnglish;
-    answer = fileUrl("Profile A.key");
-    const int framesBefore = keyboard->setCount();
+    answer = fileUrl("Profile D.key");
+    controller->exportKeyProfile();
+    // A second export onto the file replaces it whole: nothing is added
+    // behind the first export's rows, and no temporary is left beside it.
+    store.addKeyProfile(key(4, kS, 3, "Prev"));
+    controller->exportKeyProfile();
+    EXPECT_EQ(result(), "Exported 3 key assignments to \"Profile D.key\".");
+    {
+        SQLite::Database file((files.path() + "/Profile D.key").toStdString());
+        EXPECT_EQ(queryRows(file, R"(SELECT * FROM "t_keyprofile")"),
+                  (Rows{{"1", "1", "4", "11", "127", "0", "0", "Mute"}, {"2", "1", "41", "11", "1", "0", "0", "Fn"},
+                        {"3", "1", "22", "11", "3", "0", "0", "Prev"}}));
+    }
+    EXPECT_EQ(QDir(files.path()).entryList(QDir::Files), (QStringList{"Profile D.key", "模式 D.key"}));
+    EXPECT_EQ(asked, (std::vector<ExchangeDialog>{{{}, ExchangeDialog::Pick::NewFile, "key", "模式 D.key"},
+                                                  {{}, ExchangeDialog::Pick::NewFile, "key", "Profile D.key"},
+                                                  {{}, ExchangeDialog::Pick::NewFile, "key", "Profile D.key"}}));
+
+    // Imported into profile B: merged there, and B's table goes to the
+    // keyboard at once (A plays Mute, Esc and S the file's values).
+    follow(2);
+    answer = fileUrl("Profile D.key");
+    const int tables = keyboard->firmware().commandCount(Protocol::Command::KeyTable);
     controller->importKeyProfile();
-    EXPECT_EQ(keyboard->setCount(), framesBefore) << "an import sends nothing";
-    EXPECT_EQ(result(), "Imported 4 key assignments from \"Profile A.key\" into Profile B.");
-    // S keeps its assignment; A and Esc take the file's, the later row of a key winning.
-    EXPECT_EQ(assignments(2), (std::vector<ProfileKey>{{3, 0, 2, kS, 11, 5, 0, 0, "Old S"},
-                                                        {6, 0, 2, kA, 11, 127, 0, 0, "Mute"},
-                                                        {7, 0, 2, kEscape, 11, 1, 0, 0, "Fn"}}));
-    EXPECT_EQ(assignments(3).size(), 2u);
+    ASSERT_TRUE(waitUntil([&] { return keyboard->firmware().commandCount(Protocol::Command::KeyTable) == tables + 1
+                                       && !controller->hidcomm_busy(); }));
+    std::string table = std::string(2 * 574, '0') + "aa55";
+    table.replace(2 * 4 * 1, 8, "03000000");   // Escape, slot 1
+    table.replace(2 * 4 * 56, 8, "03e20000");  // A, slot 56
+    table.replace(2 * 4 * 57, 8, "03000000");  // S, slot 57
+    EXPECT_EQ(hexFromBytes(keyboard->firmware().keyTable(2)), table);
+    EXPECT_EQ(result(), "Imported 3 key assignments from \"Profile D.key\" into Profile B.");
+    EXPECT_EQ(assignments(2), (std::vector<ProfileKey>{{6, 0, 2, kA, 11, 127, 0, 0, "Mute"},
+                                                        {7, 0, 2, kEscape, 11, 1, 0, 0, "Fn"},
+                                                        {8, 0, 2, kS, 11, 3, 0, 0, "Prev"}}));
+    EXPECT_EQ(assignments(4).size(), 3u);
     const auto legend = [&](int code) {
         return controller->orvane_keyboardctrl->kbKeyArraySelect[std::size_t(*picturePosition(code, 61))].keyMacro;
     };
-    EXPECT_EQ(legend(kA) + legend(kEscape) + legend(kS), "MuteFnOld S");
-    EXPECT_EQ(asked, (std::vector<ExchangeDialog>{{{}, ExchangeDialog::Pick::Folder, {}},
-                                                  {{}, ExchangeDialog::Pick::Folder, {}},
-                                                  {"Select file", ExchangeDialog::Pick::ExistingFile, "key"}}));
+    EXPECT_EQ(legend(kA) + legend(kEscape) + legend(kS), "MuteFnPrev");
+    EXPECT_TRUE(keyboard->protocolErrors().isEmpty()) << keyboard->protocolErrors().join("\n").toStdString();
 }
 
 TEST_F(ExchangeWindow, RefusedFilesChangeNothingAndSayWhyForeignKeysAreLeftOut)

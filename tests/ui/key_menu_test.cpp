@@ -15,8 +15,11 @@
 #include "View/KeyboardLayout/KeyCodeMaps.h"
 #include "View/MainController.h"
 #include "View/control/ButtonView.h"
+#include "View/control/KeyCapsView.h"
 #include "View/control/KeyboardView.h"
 #include "View/control/MenuItemView.h"
+#include "View/control/NamedImageView.h"
+#include "View/control/SelectKeyView.h"
 #include "support/FakeKeySource.h"
 #include "support/HexBytes.h"
 #include "support/StoreTestSupport.h"
@@ -130,10 +133,11 @@ TEST_F(KeyMenu, MuteFromTheMultimediaLevelReachesTheKeyTheStoreAndTheKeyboard)
     KeyMenuViewController* menu = controller->keyboardKeyMenu;
     ASSERT_TRUE(menu && menu->isVisible());
     EXPECT_EQ(controller->currentKeyValue, 41);
-    // Opened at the pointer, seven entries 40 apart from the top.
+    // Opened at the pointer, eight entries 40 apart from the top.
     EXPECT_EQ(menu->pos(), view->mapToGlobal(centre(kEscape)));
-    for (int id : {10, 11, 12, 13, 14, 16, 17})
-        EXPECT_EQ(menu->item(id)->geometry(), QRect(1, 3 + 40 * (id < 16 ? id - 10 : id - 11), 158, 40)) << id;
+    const int ids[] = {10, 11, 12, 13, 14, 16, 18, 17};
+    for (int row = 0; row < 8; ++row)
+        EXPECT_EQ(menu->item(ids[row])->geometry(), QRect(1, 3 + 40 * row, 158, 40)) << ids[row];
 
     hover(menu->menuitem_mediafuc);
     KeySubMenuViewController* sub = controller->keyboardKeySubMenu;
@@ -332,4 +336,92 @@ TEST_F(KeyMenu, MenusTakeTheLanguageInForceAtTheirNextShowingAndKeepStoredTexts)
     EXPECT_EQ(controller->kbKeyLightSubMenu->menuitem_userlight_setprofile5->textView->text(), "保存到自定义模式5");
     pointTo(view, centre(kEscape));
     screenshot(controller->keyboardToolTips, "key-tooltip");
+}
+
+TEST_F(KeyMenu, RemappedCapsShowWhatTheKeysDoInTheProfileShownAndDisableTurnsAKeyOff)
+{
+    const auto indexOf = [&](const char* name) {
+        const auto& keys = view->kbKeyArraySelect;
+        return int(std::find_if(keys.begin(), keys.end(), [&](const KeyData& k) { return k.keyname == name; }) - keys.begin());
+    };
+    const int caps = indexOf("capsLock"), a = indexOf("a");
+    controller->deviceDB->addMacroProfile(QStringLiteral("Greeting"));
+    openSecondLevel(11);
+    click(controller->keyboardKeySubMenu->item(127));
+    clickKey(caps);
+    click(controller->keyboardKeyMenu->menuitem_disable);
+    EXPECT_EQ(storedRow(57), (ProfileKey{.keyId = storedRow(57).keyId, .profId = 1, .keyValue = 57, .macroType = 18,
+                                         .macroValue = 1, .macroDesc = "Disable"}));
+    // Caps Lock's slot 55: the disable entry 05 03 00 00.
+    EXPECT_EQ(keyTableAfterUpload().substr(2 * 4 * 55, 8), "05030000");
+    clickKey(a);
+    hover(controller->keyboardKeyMenu->menuitem_macro);
+    QListWidget* list = controller->kbKeyMacroSubMenu->macro_tableview;
+    QTest::mouseClick(list->viewport(), Qt::LeftButton, {}, list->visualItemRect(list->item(0)).center());
+    const auto shown = [&] {
+        const std::vector<QString> texts = view->keyCapTexts();
+        return std::vector<QString>{texts[kEscape], texts[std::size_t(caps)], texts[std::size_t(a)]};
+    };
+    EXPECT_EQ(shown(), (std::vector<QString>{"Mute", "Off", "M: Greeting"}));
+    const std::vector<QString> all = view->keyCapTexts();
+    EXPECT_EQ(std::count_if(all.begin(), all.end(), [](const QString& t) { return !t.isEmpty(); }), 3);
+    EXPECT_EQ(view->kbKeyArraySelect[std::size_t(caps)].keyMacro, "Disable") << "the tool tip stays";
+
+    // Another profile, other caps; back again, the same.
+    controller->pickProfile(2);
+    ASSERT_TRUE(waitUntil([&] { return controller->currentProfile == 2 && !controller->hidcomm_busy(); }));
+    EXPECT_EQ(shown(), (std::vector<QString>{"", "", ""}));
+    controller->pickProfile(1);
+    ASSERT_TRUE(waitUntil([&] { return controller->currentProfile == 1 && !controller->hidcomm_busy(); }));
+    EXPECT_EQ(shown(), (std::vector<QString>{"Mute", "Off", "M: Greeting"}));
+    controller->switchLanguage(kLanguageChinese);
+    EXPECT_EQ(shown(), (std::vector<QString>{"静音", "禁用", "宏：Greeting"}));
+    clickKey(kEscape);
+    EXPECT_EQ(controller->keyboardKeyMenu->menuitem_disable->textView->text(), "禁用按键");
+    controller->switchLanguage(kLanguageEnglish);
+    // Only the key page shows them: elsewhere the caps show the light.
+    controller->action_func_light();
+    EXPECT_FALSE(view->keyCapsView->isVisible());
+    controller->action_func_key();
+    EXPECT_TRUE(view->keyCapsView->isVisible());
+}
+
+TEST_F(KeyMenu, EscapeAPressOutsideAPageChangeAndAModelSwitchCloseTheOpaqueMenusWhoseKeyStaysMarked)
+{
+    const auto marker = [&](int key) { return view->selectKeyView(key)->imageView->isVisible(); };
+    const std::vector<std::pair<const char*, std::function<void()>>> closers{
+        {"Escape", [&] { QTest::keyClick(controller->keyboardKeyMenu, Qt::Key_Escape); }},
+        {"a press beside the keys", [&] { QTest::mouseClick(controller.get(), Qt::LeftButton, {}, QPoint(600, 40)); }},
+        {"another page", [&] { controller->action_func_light(); }},
+        {"another model", [&] { controller->action_device_select_up(); }},
+    };
+    for (const auto& [what, close] : closers) {
+        SCOPED_TRACE(what);
+        controller->action_func_key();
+        KeySubMenuViewController* sub = openSecondLevel(11);
+        ASSERT_TRUE(controller->keyboardKeyMenu->isVisible() && sub->isVisible());
+        // The pointer went over to the menu: Escape stays marked.
+        hover(controller->keyboardKeyMenu->menuitem_mediafuc);
+        QEvent leave(QEvent::Leave);
+        QCoreApplication::sendEvent(view, &leave);
+        EXPECT_TRUE(marker(kEscape));
+        EXPECT_EQ(view->markedKey(), kEscape);
+        close();
+        EXPECT_FALSE(anyFloatingWindowShown());
+        if (std::string(what) != "another model") {
+            // Let go: the marker shows only as far as the selection does.
+            EXPECT_EQ(view->markedKey(), -1);
+            EXPECT_EQ(marker(kEscape), view->selectKeyView(kEscape)->keyCheck);
+        }
+    }
+    controller->action_device_select_current();
+
+    // Opaque, with nothing of the picture showing through, at every pixel.
+    for (FramelessWindow* menu : std::initializer_list<FramelessWindow*>{controller->keyboardKeyMenu,
+                                                                          controller->keyboardKeySubMenu}) {
+        EXPECT_FALSE(menu->testAttribute(Qt::WA_TranslucentBackground));
+        const QImage image = menu->grab().toImage();
+        for (const QPoint corner : {QPoint(0, 0), QPoint(image.width() - 1, image.height() - 1)})
+            EXPECT_EQ(qAlpha(image.pixel(corner)), 255);
+    }
 }

@@ -24,6 +24,8 @@
 #include <QKeyEvent>
 #include <QLineEdit>
 #include <QListWidget>
+#include <QMessageBox>
+#include <QPushButton>
 #include <QSpinBox>
 #include <QTest>
 #include <QWindow>
@@ -89,6 +91,21 @@ protected:
         QTest::mouseRelease(&macro, Qt::LeftButton, {}, QPoint(300, 30));
     }
     std::string escapeCell() { return hexFromBytes(firmware().keyTable(1)).substr(8, 8); }
+    std::vector<std::pair<QString, QString>> rowTexts()
+    {
+        std::vector<std::pair<QString, QString>> texts;
+        for (int i = 0; i < controller->macro_table->count(); ++i) {
+            auto* row = qobject_cast<MacroTableItemView*>(controller->macro_table->itemWidget(controller->macro_table->item(i)));
+            texts.emplace_back(row->textView->text(), row->countView->text());
+        }
+        return texts;
+    }
+    void confirmDelete()
+    {
+        auto* question = controller->findChild<QMessageBox*>("deleteMacroAlert");
+        ASSERT_TRUE(question);
+        QTest::mouseClick(question->findChild<QPushButton*>("deleteMacroOK"), Qt::LeftButton);
+    }
 
     // The window while recording and the macro page, in English and
     // Chinese, when ORVANE_SCREENSHOT_DIR names a folder.
@@ -160,32 +177,66 @@ TEST_F(MacroLibrary, RecordSaveBindToAKeyThenDeleteAnEarlierMacroAndSendAgain)
     EXPECT_EQ(keys.at(std::size_t(*picturePosition(kEscape, int(keys.size())))).keyMacro, "Tap and click");
     screenshotPage();
 
-    // Deleting the earlier macro sends nothing: the keyboard keeps the old
-    // store and the old cell.
-    const std::vector<uint8_t> oldStore = firmware().macroStore();
+    // The rows show each macro's name and step count.
+    EXPECT_EQ(rowTexts(), (std::vector<std::pair<QString, QString>>{{"Early", "3 steps"}, {"Tap and click", "7 steps"}}));
+
+    // Tab in profile 2 plays the earlier macro. Deleting it asks first,
+    // naming the key, then sends the store and both key tables: Tab goes
+    // back to its own function, Escape's macro moved up to place 0.
+    controller->deviceDB->addKeyProfile({.profId = 2, .keyValue = 43, .macroType = 12,
+                                         .macroValue = int(controller->macro_datas[0].value("macroid").toLongLong()),
+                                         .macroDesc = "Early"});
     const int before = uploads();
     auto* row = qobject_cast<MacroTableItemView*>(controller->macro_table->itemWidget(controller->macro_table->item(0)));
     ASSERT_TRUE(row);
-    row->delBtnView->click();
+    QTest::mouseClick(row->delBtnView, Qt::LeftButton);
+    auto* question = controller->findChild<QMessageBox*>("deleteMacroAlert");
+    ASSERT_TRUE(question);
+    EXPECT_EQ(question->text(), "Delete the macro \"Early\"?");
+    EXPECT_EQ(question->informativeText(), "These keys play it and go back to their own function: Profile B: Tab.");
+    QTest::mouseClick(question->findChild<QPushButton*>("deleteMacroOK"), Qt::LeftButton);
     ASSERT_EQ(controller->macro_datas.size(), 1);
-    QTest::qWait(50);
-    EXPECT_EQ(uploads(), before);
-    EXPECT_EQ(firmware().macroStore(), oldStore);
-    EXPECT_EQ(escapeCell(), "06010003");
+    ASSERT_TRUE(waitUntil([&] { return uploads() == before + 3 && !controller->hidcomm_busy(); }));
+    EXPECT_EQ(firmware().state().macro(0), (StoredMacro{true, true, {{K::KeyDown, 4}, {K::Delay, 100}, {K::KeyUp, 4},
+                                                                     {K::Delay, 500}, {K::MouseDown, 1}, {K::Delay, 50},
+                                                                     {K::MouseUp, 1}}}));
+    // One macro: its directory entry (offset 400), its head (7 steps), the
+    // steps, and the marker at the end of the eighth report.
+    EXPECT_EQ(hexFromBytes(firmware().macroStore()),
+              "90010000" + std::string(2 * 396, '0') + "0700000000000000" "000004b0" "64000050" "00000430" "f4010050"
+              "00000190" "32000050" "00000110" + std::string(2 * 74, '0') + "aa55");
+    EXPECT_EQ(hexFromBytes(firmware().keyTable(1)), "00000000" "06000003" + std::string(2 * (574 - 8), '0') + "aa55");
+    EXPECT_EQ(hexFromBytes(firmware().keyTable(2)), std::string(2 * 574, '0') + "aa55");
+    std::vector<ProfileKey> profile2;
+    controller->deviceDB->queryKeysProfile(2, profile2);
+    EXPECT_TRUE(profile2.empty());
 
     // The row kept for the list now stands for the macro that moved up: its
-    // edit button opens that macro with its stored steps.
-    row->editBtnView->click();
+    // edit button opens that macro with its stored steps and play count,
+    // and a save keeps the count; the new name reaches Escape's cap.
+    QTest::mouseClick(row->editBtnView, Qt::LeftButton);
     ASSERT_TRUE(controller->macroWindow);
     MaroController& edited = *controller->macroWindow->controller();
     EXPECT_EQ(edited.MacorId, tapId);
     EXPECT_EQ(edited.edit_newmacro->text(), "Tap and click");
+    EXPECT_EQ(edited.edit_repeattimes->value(), 3);
     EXPECT_EQ(edited.RecordListDatas().size(), 7u);
     EXPECT_EQ(edited.RecordListDatas()[3], (MacroStep{1, "4 Delay (500)", 500}));
+    edited.edit_newmacro->setText("Tap twice");
+    QTest::mouseClick(edited.btn_saverecord, Qt::LeftButton);
+    ASSERT_TRUE(waitUntil([&] { return uploads() == before + 5 && !controller->hidcomm_busy(); }));
+    MacroInfo saved;
+    controller->deviceDB->queryMacroInfo(tapId, saved);
+    EXPECT_EQ(std::pair(saved.macroName, saved.playTimes), std::pair(QString("Tap twice"), int64_t(3)));
+    EXPECT_EQ(escapeCell(), "06000003");
+    const std::size_t escape = std::size_t(*picturePosition(kEscape, int(keys.size())));
+    EXPECT_EQ(keys.at(escape).keyMacro, "Tap twice");
+    EXPECT_EQ(controller->orvane_keyboardctrl->keyCapTexts().at(escape), "M: Tap twice");
     controller->macroWindow->close();
 
     // The next save and key table upload carry the moved-up place.
     recordAndSave("Late", [&](MaroController& m) { key(m, QEvent::KeyPress, kB, 500); key(m, QEvent::KeyRelease, kB, 520); });
+    ASSERT_TRUE(!controller->macroWindow || !controller->macroWindow->isVisible()) << "saved steps close without a question";
     EXPECT_EQ(firmware().state().macro(0).steps.size(), 7u);
     EXPECT_EQ(firmware().state().macro(1), (StoredMacro{true, true, {{K::KeyDown, 5}, {K::Delay, 20}, {K::KeyUp, 5}}}));
     sets = firmware().setCount();
@@ -209,8 +260,59 @@ TEST_F(MacroLibrary, ALibraryTooLargeForTheKeyboardSendsNothingAndTheWindowSaysB
     // One deleted through its row, the next save goes out and the note goes.
     auto* row = qobject_cast<MacroTableItemView*>(controller->macro_table->itemWidget(controller->macro_table->item(0)));
     row->delBtnView->click();
+    confirmDelete();
     controller->UpdateMacroInfo();
     ASSERT_TRUE(waitUntil([&] { return uploads() > before && !controller->hidcomm_busy(); }));
     EXPECT_FALSE(controller->label_problem->isVisible());
     EXPECT_EQ(firmware().macroStore().size(), 8u * 64);
+}
+
+TEST_F(MacroLibrary, ARecordingOutlivesAReconnectionListClicksCountAndUnsavedStepsAskBeforeClosing)
+{
+    controller->action_macro_newmacro();
+    MaroController& macro = *controller->macroWindow->controller();
+    macro.nowMs = [this] { return now; };
+    // Names: empty and too long are refused beside the field, not cut.
+    for (const auto& [name, note] : {std::pair<QString, QString>{"", "Give the macro a name."},
+                                     {QString(65, 'x'), "Names are at most 64 characters."}}) {
+        macro.edit_newmacro->setText(name);
+        QTest::mouseClick(macro.btn_saverecord, Qt::LeftButton);
+        EXPECT_EQ(macro.label_namenote->text(), note);
+        EXPECT_EQ(macro.MacorId, 0);
+    }
+    macro.edit_newmacro->setText("Survivor");
+
+    QTest::mouseClick(macro.btn_newmacro, Qt::LeftButton);
+    key(macro, QEvent::KeyPress, kA, 1000);
+    // A click on the step list is a click in the window.
+    now = 1200;
+    QTest::mouseClick(macro.record_tableview->viewport(), Qt::LeftButton, {}, QPoint(20, 20));
+    EXPECT_EQ(macro.RecordListDatas().size(), 5u) << "key down, delay, mouse down, delay, mouse up";
+
+    bus->unplug(keyboard);
+    ASSERT_TRUE(waitUntil([&] { return !controller->deviceState; }));
+    bus->plug(keyboard);
+    ASSERT_TRUE(waitUntil([&] { return controller->deviceState && controller->currentTransport() && !controller->hidcomm_busy(); }));
+    ASSERT_TRUE(controller->macroWindow && controller->macroWindow->isVisible());
+    EXPECT_TRUE(macro.recordIng);
+    key(macro, QEvent::KeyRelease, kA, 1500);
+    EXPECT_EQ(macro.RecordListDatas().size(), 7u);
+
+    // Closing with the steps unsaved asks; keeping goes on, closing loses them.
+    QTest::mouseClick(macro.btn_newmacro, Qt::LeftButton);
+    controller->macroWindow->close();
+    auto* question = controller->macroWindow->findChild<QMessageBox*>("unsavedMacroAlert");
+    ASSERT_TRUE(question);
+    EXPECT_EQ(question->informativeText(), "The 7 recorded steps are not saved and will be lost.");
+    QTest::mouseClick(question->findChild<QPushButton*>("unsavedMacroKeep"), Qt::LeftButton);
+    EXPECT_TRUE(controller->macroWindow->isVisible());
+
+    // Saved into the store of the new connection, and sent.
+    const int sets = firmware().setCount();
+    QTest::mouseClick(macro.btn_saverecord, Qt::LeftButton);
+    ASSERT_TRUE(sent(sets));
+    EXPECT_EQ(firmware().state().macro(0).steps.size(), 7u);
+    EXPECT_EQ(controller->macro_datas.size(), 1);
+    controller->macroWindow->close();
+    EXPECT_TRUE(waitUntil([&] { return controller->macroWindow.isNull(); }));
 }

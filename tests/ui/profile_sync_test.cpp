@@ -118,6 +118,10 @@ TEST_F(ProfileSync, ResetAllClearsProfiles1To4OnTheKeyboardAndLeavesProfile5AndT
     EXPECT_EQ(controller->currentProfile, 1);
     EXPECT_EQ(legendOf(kEscape), keyCodeRecord(kEscape)->full_name);
     EXPECT_EQ(controller->deviceDB->getConfigData(5, "disable_win"), "0") << "the store is seeded anew";
+    // No macros are left: the keyboard gets the empty store, and a line says it is done.
+    EXPECT_EQ(testing_support::hexFromBytes(after.macroStore()), std::string(2 * 510, '0') + "aa55");
+    EXPECT_EQ(controller->label_exchange->text(),
+              "Everything is reset: profiles, macros and light modes are back to the defaults.");
 }
 
 TEST_F(ProfileSync, AStoredAssignmentGoesOutWithItsTableAndShowsWhenTheKeyboardPicksItsProfile)
@@ -193,6 +197,10 @@ TEST_F(ProfileSync, ResetCurrentAsksFirstAndOnlyOKResetsTheProfileInUse)
         EXPECT_EQ(alert->windowModality(), Qt::WindowModal);
         // Cancel first, and the default.
         EXPECT_EQ(alert->buttons(), (QList<QAbstractButton*>{alert->defaultButton(), alert->findChild<QPushButton*>("resetAlertOK")}));
+        // It names the profile and what goes back; the reset button says so too.
+        EXPECT_EQ(alert->text(), "Reset Profile C?");
+        EXPECT_EQ(alert->informativeText(), "Its key assignments, light mode and key locks go back to the defaults.");
+        EXPECT_EQ(alert->findChild<QPushButton*>("resetAlertOK")->text(), "Reset Profile C");
         QTest::mouseClick(alert->findChild<QPushButton*>(button), Qt::LeftButton);
         settle();
     };
@@ -201,6 +209,7 @@ TEST_F(ProfileSync, ResetCurrentAsksFirstAndOnlyOKResetsTheProfileInUse)
     EXPECT_EQ(controller->deviceDB->getConfigData(3, "currentLightMode"), "6");
 
     chooseResetCurrent("resetAlertOK");
+    EXPECT_EQ(controller->label_exchange->text(), "Profile C is back to its defaults.");
     // The settings go out with the switch and once more after the table.
     EXPECT_EQ(uploads(mark), (std::vector<std::string>{"13:3", "17:3", "11:3", "17:3"}));
     EXPECT_EQ(block(keyboard->firmware().keyTable(3)), kEmptyTable);

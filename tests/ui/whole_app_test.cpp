@@ -198,13 +198,13 @@ TEST_F(WholeApp, PagesPopoversAndTheModelListChangeTheWindowAndSendNothing)
     EXPECT_EQ(framesSince(start), std::vector<std::string>{});
 }
 
-TEST_F(WholeApp, AProfileGoesToAFileAndComesBackIntoAnotherProfileWithoutAFrame)
+TEST_F(WholeApp, AProfileGoesToAFileAndComesBackIntoAnotherProfileWhoseTableIsSentAtOnce)
 {
     MainController& c = *controller;
     constexpr int kEscape = 41;
     c.deviceDB->addKeyProfile({.profId = 1, .keyValue = kEscape, .macroType = 11, .macroValue = 127, .macroDesc = "Mute"});
 
-    answer = QUrl::fromLocalFile(files.path()).toString();
+    answer = QUrl::fromLocalFile(files.path() + "/Profile A.key").toString();
     click(c.imgbtn_menu);
     command(c.menuPopover->importItem);  // the row that exports
     EXPECT_EQ(c.label_exchange->text(), "Exported 1 key assignment to \"Profile A.key\".");
@@ -235,7 +235,15 @@ TEST_F(WholeApp, AProfileGoesToAFileAndComesBackIntoAnotherProfileWithoutAFrame)
     EXPECT_EQ(rows[0].macroDesc, "Mute");
     const auto& keys = c.orvane_keyboardctrl->kbKeyArraySelect;
     EXPECT_EQ(keys[std::size_t(*picturePosition(kEscape, int(keys.size())))].keyMacro, "Mute");
-    EXPECT_EQ(framesSince(beforeImport), std::vector<std::string>{});
+    // Profile B's table: Mute in Escape's slot, nine reports, the end frame.
+    std::vector<std::string> table{frame({0x04, 0x18}), frame({0x04, 0x11, 0x02, 0, 0, 0, 0, 0, 0x09}),
+                                   frame({0, 0, 0, 0, 0x03, 0xe2})};
+    for (int report = 2; report <= 8; ++report)
+        table.push_back(std::string(128, '0'));
+    table.push_back(std::string(124, '0') + "aa55");
+    table.push_back(frame({0x04, 0x02, 0x02}));
+    EXPECT_TRUE(waitUntil([&] { return framesSince(beforeImport).size() >= table.size(); }));
+    EXPECT_EQ(framesSince(beforeImport), table);
 }
 
 // Not a check: the window as a user sees it, saved for the documentation.
