@@ -21,6 +21,7 @@ protected:
 
 private:
     MaroController* controller_ = nullptr;
+    QPoint pressPoint_;
     QPoint dragOffset_;
     bool dragging_ = false;
 };

@@ -19,12 +19,17 @@ void startWindowDrag(QWidget* widget, QMouseEvent* event)
 {
     if (event->button() != Qt::LeftButton)
         return;
-    if (QWindow* handle = widget->window()->windowHandle())
-        handle->startSystemMove();
+    startSystemMove(widget);
     event->accept();
 }
 
 }  // namespace
+
+bool startSystemMove(QWidget* widget)
+{
+    QWindow* handle = widget->window()->windowHandle();
+    return handle && handle->startSystemMove();
+}
 
 FramelessWindow::FramelessWindow(QWidget* parent)
     : QWidget(parent, Qt::Tool | Qt::FramelessWindowHint | Qt::NoDropShadowWindowHint)
@@ -95,8 +100,7 @@ void DragColorWell::mouseMoveEvent(QMouseEvent* event)
     if (!isDown() || !(event->buttons() & Qt::LeftButton))
         return QAbstractButton::mouseMoveEvent(event);
     setDown(false);
-    if (QWindow* handle = window()->windowHandle())
-        handle->startSystemMove();
+    startSystemMove(this);
     event->accept();
 }
 

@@ -15,6 +15,11 @@
 #include <QColor>
 #include <QWidget>
 
+// Hands the pointer to the window manager or compositor to move `widget`'s
+// window (the only way a Wayland window moves). False where the platform
+// cannot (offscreen); the caller then moves the window itself.
+bool startSystemMove(QWidget* widget);
+
 class FramelessWindow : public QWidget {
     Q_OBJECT
 public:
