@@ -66,7 +66,8 @@ int main(int argc, char** argv)
     if (!options->dataDir.isEmpty())
         DataPaths::setDataFolderOverride(options->dataDir);
     SingleInstance instance(SingleInstance::defaultFolder(), DataPaths::dataFolder());
-    if (!instance.tryLock())
+    const SingleInstance::Lock lock = instance.tryLock();
+    if (lock == SingleInstance::Lock::Held)
         return handOverToRunningApp(argc, argv, instance);
 
     // The images live in the UI library; a static library's resources must
@@ -75,8 +76,13 @@ int main(int argc, char** argv)
     QApplication app(argc, argv);
     nameTheApplication();
     AppDelegate delegate(*options);
-    if (!instance.listen(error))
-        std::cerr << "A second start will open a second window: " << error.toStdString() << std::endl;
+    // Without the guard the app still runs: a folder we cannot write to
+    // must not keep the user out.
+    if (lock == SingleInstance::Lock::Unavailable || !instance.listen(error))
+        std::cerr << "Starting the app again will not bring this window up: "
+                  << (error.isEmpty() ? QStringLiteral("cannot make %1.lock").arg(instance.socketPath().chopped(7)) : error)
+                         .toStdString()
+                  << std::endl;
     QObject::connect(&instance, &SingleInstance::activationRequested, &delegate,
                      [&delegate] { delegate.applicationShouldHandleReopen(); });
     delegate.applicationDidFinishLaunching();

@@ -10,6 +10,7 @@
 #include <QLocalSocket>
 #include <QThread>
 
+#include <cerrno>
 #include <fcntl.h>
 #include <sys/file.h>
 #include <unistd.h>
@@ -42,20 +43,20 @@ QString SingleInstance::nameFor(const QString& dataFolder)
     return QStringLiteral("%1-%2-%3").arg(QLatin1String(DataPaths::kApplicationId)).arg(::getuid()).arg(QLatin1String(hash));
 }
 
-bool SingleInstance::tryLock()
+SingleInstance::Lock SingleInstance::tryLock()
 {
     if (lockFd_ >= 0)
-        return true;
+        return Lock::Ours;
     // 0600: another user's start must not be able to hold our lock.
     const int fd = ::open(QFile::encodeName(lockPath_).constData(), O_RDWR | O_CREAT | O_CLOEXEC, 0600);
     if (fd < 0)
-        return false;
+        return Lock::Unavailable;
     if (::flock(fd, LOCK_EX | LOCK_NB) != 0) {
         ::close(fd);
-        return false;
+        return errno == EWOULDBLOCK ? Lock::Held : Lock::Unavailable;
     }
     lockFd_ = fd;
-    return true;
+    return Lock::Ours;
 }
 
 bool SingleInstance::listen(QString& error)

@@ -32,8 +32,12 @@ public:
 
     QString socketPath() const { return socketPath_; }
 
-    // True when this process now holds the lock: it is the running app.
-    bool tryLock();
+    enum class Lock {
+        Ours,         // this process is the running app
+        Held,         // another process is: hand over to it
+        Unavailable,  // the lock file cannot be made: run without the guard
+    };
+    Lock tryLock();
     // Listens for later starts; only the holder of the lock may. False with
     // `error` set when the socket cannot be made.
     bool listen(QString& error);

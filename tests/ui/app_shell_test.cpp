@@ -77,7 +77,7 @@ TEST(SingleInstance, ALaterStartHandsItsCommandLineOverAndTheRunningWindowComesU
     window->hide();
 
     SingleInstance running(runtime.path(), data.path());
-    ASSERT_TRUE(running.tryLock());
+    ASSERT_EQ(running.tryLock(), SingleInstance::Lock::Ours);
     QString error;
     ASSERT_TRUE(running.listen(error)) << error.toStdString();
     QStringList received;
@@ -87,7 +87,7 @@ TEST(SingleInstance, ALaterStartHandsItsCommandLineOverAndTheRunningWindowComesU
     });
 
     SingleInstance later(runtime.path(), data.path());
-    EXPECT_FALSE(later.tryLock()) << "the same user and data folder: the app already runs";
+    EXPECT_EQ(later.tryLock(), SingleInstance::Lock::Held) << "the same user and data folder: the app already runs";
     const QStringList arguments{"orvane", "--demo", "m61"};
     ASSERT_TRUE(later.handOver(arguments));
     ASSERT_TRUE(waitUntil([&] { return !received.isEmpty(); }));
@@ -108,7 +108,7 @@ TEST(SingleInstance, AStaleLockAndSocketOfACrashedRunDoNotBlockTheNextStart)
     EXPECT_FALSE(probe.handOver({"orvane"}, 200)) << "nobody listens on a dead run's socket";
 
     SingleInstance next(runtime.path(), data.path());
-    ASSERT_TRUE(next.tryLock());
+    ASSERT_EQ(next.tryLock(), SingleInstance::Lock::Ours);
     QString error;
     ASSERT_TRUE(next.listen(error)) << error.toStdString();
     QStringList received;
@@ -126,9 +126,11 @@ TEST(SingleInstance, EachDataFolderHasItsOwnRunningAppAndTwoSpellingsOfOneFolder
 
     SingleInstance testRun(runtime.path(), testData.path());
     SingleInstance userRun(runtime.path(), userData.path());
-    EXPECT_TRUE(testRun.tryLock());
-    EXPECT_TRUE(userRun.tryLock()) << "a test run does not stand in for the user's app";
-    EXPECT_FALSE(SingleInstance(runtime.path(), testData.path() + "/").tryLock());
+    EXPECT_EQ(testRun.tryLock(), SingleInstance::Lock::Ours);
+    EXPECT_EQ(userRun.tryLock(), SingleInstance::Lock::Ours) << "a test run does not stand in for the user's app";
+    EXPECT_EQ(SingleInstance(runtime.path(), testData.path() + "/").tryLock(), SingleInstance::Lock::Held);
+    // A folder without the lock file: the app runs unguarded rather than not at all.
+    EXPECT_EQ(SingleInstance(runtime.filePath("missing"), testData.path()).tryLock(), SingleInstance::Lock::Unavailable);
 }
 
 // The tray's profiles do what the profile menu does: the same frames reach
