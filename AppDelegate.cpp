@@ -5,10 +5,10 @@
 #include "HIDDevice/Platform/Virtual/VirtualHidManager.h"
 #include "Common/OutputLine.h"
 #include "Keylogger/Keylogger.h"
-#include "Language/AppText.h"
 #include "Simulator/VirtualKeyboard.h"
 #include "View/MainController.h"
 #include "View/MainWindowController.h"
+#include "View/StatusMenu.h"
 
 #include <QApplication>
 #include <QCursor>
@@ -35,14 +35,6 @@ long peakResidentKiB()
         if (line.startsWith("VmHWM:"))
             return line.mid(6).trimmed().split(' ').value(0).toLong();
     return -1;
-}
-
-// What to do when this user may not read the input devices: join the group
-// that owns them. Said once, in the window.
-QString inputCaptureAdvice(const QString& group)
-{
-    const QString name = group.isEmpty() ? QStringLiteral("input") : group;
-    return appText(AppText::InputCaptureAdvice).arg(name);
 }
 
 }  // namespace
@@ -84,11 +76,13 @@ Keylogger* AppDelegate::keylogger(const KeySourceFactory& factory)
 void AppDelegate::applicationDidFinishLaunching()
 {
     controller_->viewDidLoad();
-    windowController_->window()->show();
-    requestInputTrust();
+    createButtonStatusBar();
+    // Started with the desktop, the app waits in the tray; without a tray
+    // the window is the only way in.
+    if (!options_.minimized || !statusItem)
+        windowController_->window()->show();
     startPrivilegeMonitor();
     keylogger(environment_.keySourceFactory)->scheduleWithRunLoop();
-    createButtonStatusBar();
     if (timingEnabled()) {
         QTimer::singleShot(0, [] {
             std::cout << "window shown at " << QDateTime::currentMSecsSinceEpoch() << " ms since epoch" << std::endl;
@@ -100,13 +94,14 @@ void AppDelegate::applicationDidFinishLaunching()
         QTimer::singleShot(static_cast<int>(*options_.quitAfterSeconds * 1000), this, [this] { quitWithScreenshot(); });
 }
 
-void AppDelegate::requestInputTrust()
+bool AppDelegate::applicationShouldHandleReopen()
 {
-    // There is no system prompt to ask for this: the window says what the
-    // administrator's fix is.
-    const InputDeviceAccess access = environment_.inputAccess();
-    if (access.state == InputDeviceAccess::State::NotPermitted)
-        controller_->showProblem(inputCaptureAdvice(access.group), QStringLiteral("input-capture"));
+    QWidget* window = windowController_->window();
+    window->setWindowState(window->windowState() & ~Qt::WindowMinimized);
+    window->show();
+    window->raise();
+    window->activateWindow();
+    return true;
 }
 
 void AppDelegate::startPrivilegeMonitor()
@@ -125,28 +120,25 @@ void AppDelegate::checkPrivilege()
     if (!enabled)
         return;
     OutputLine::print("有权限,开启键盘事件监控");
-    controller_->withdrawProblem(QStringLiteral("input-capture"));
     privilegeTimer_->stop();
     privilegeTimer_->deleteLater();
 }
 
 void AppDelegate::createButtonStatusBar()
 {
-    // The menu exists with or without a tray to show it in.
-    quickButton = std::make_unique<QMenu>();
-    quickQuit = quickButton->addAction(appText(AppText::Quit));
-    // The menu outlives a language switch: it takes the language when it opens.
-    connect(quickButton.get(), &QMenu::aboutToShow, this, [this] { quickQuit->setText(appText(AppText::Quit)); });
-    connect(quickQuit, &QAction::triggered, this, [this] { clickQuit(); });
+    quickButton = std::make_unique<StatusMenu>(controller_);
+    quickQuit = quickButton->quitAction;
+    connect(quickButton.get(), &StatusMenu::showRequested, this, [this] { applicationShouldHandleReopen(); });
+    connect(quickButton.get(), &StatusMenu::quitRequested, this, [this] { clickQuit(); });
     if (!QSystemTrayIcon::isSystemTrayAvailable())
         return;
     statusItem = new QSystemTrayIcon(QIcon(QStringLiteral(":/images/Orvane-Bar.svg")), this);
     statusItem->setToolTip(QApplication::applicationName());
-    statusItem->setContextMenu(quickButton.get());
+    statusItem->setContextMenu(quickButton->menu());
     // A click opens the menu, as the right-click does.
     connect(statusItem, &QSystemTrayIcon::activated, this, [this](QSystemTrayIcon::ActivationReason reason) {
         if (reason == QSystemTrayIcon::Trigger)
-            quickButton->popup(QCursor::pos());
+            quickButton->menu()->popup(QCursor::pos());
     });
     statusItem->show();
 }

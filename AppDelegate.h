@@ -2,7 +2,7 @@
 // AppDelegate: brings the application up: the options, the window and its
 // controller, input capture (the key logger) with the watch over whether
 // this user may read the machine's keyboards, the status item with its
-// Quit menu, and for scripted runs the virtual keyboard, the timed exit and
+// menu, and for scripted runs the virtual keyboard, the timed exit and
 // the screenshot. Closing the window ends the application, as Quit does.
 
 #include "Common/AppOptions.h"
@@ -20,7 +20,7 @@ class Keylogger;
 class MainController;
 class MainWindowController;
 class QAction;
-class QMenu;
+class StatusMenu;
 class QSystemTrayIcon;
 class VirtualKeyboard;
 
@@ -43,6 +43,8 @@ public:
     ~AppDelegate() override;
 
     void applicationDidFinishLaunching();
+    // Another start, or the tray's Show: the window comes up in front.
+    bool applicationShouldHandleReopen();
     void startPrivilegeMonitor();
     // One tick of the privilege monitor; the timer is gone once capture is
     // permitted.
@@ -58,14 +60,13 @@ public:
     MainController* controller() const { return controller_; }
 
     QSystemTrayIcon* statusItem = nullptr;  // none where the desktop has no tray
-    std::unique_ptr<QMenu> quickButton;
-    QAction* quickQuit = nullptr;
+    std::unique_ptr<StatusMenu> quickButton;
+    QAction* quickQuit = nullptr;  // quickButton's Quit
 
 protected:
     bool eventFilter(QObject* watched, QEvent* event) override;
 
 private:
-    void requestInputTrust();
     void plugDemoKeyboard();
     void quitWithScreenshot();
 

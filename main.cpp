@@ -1,4 +1,6 @@
 #include "AppDelegate.h"
+#include "Common/DataPaths.h"
+#include "Desktop/SingleInstance.h"
 #include "HIDDevice/Platform/Doctor.h"
 
 #include <QApplication>
@@ -7,18 +9,30 @@
 #include <cstring>
 #include <iostream>
 
-int main(int argc, char** argv)
-{
-    // The doctor is for a terminal, perhaps one without a display, so it
-    // runs before any window could be made.
-    for (int i = 1; i < argc; ++i)
-        if (std::strcmp(argv[i], "--doctor") == 0)
-            return runDoctor(std::cout);
+namespace {
 
-    // The images live in the UI library; a static library's resources must
-    // be registered by hand.
-    Q_INIT_RESOURCE(resources);
-    QApplication app(argc, argv);
+QStringList argumentsOf(int argc, char** argv)
+{
+    QStringList arguments;
+    for (int i = 0; i < argc; ++i)
+        arguments << QString::fromLocal8Bit(argv[i]);
+    return arguments;
+}
+
+// A later start of the same user with the same data folder gives its
+// command line to the running app, which raises its window.
+int handOverToRunningApp(int argc, char** argv, SingleInstance& instance)
+{
+    QCoreApplication app(argc, argv);
+    if (instance.handOver(QCoreApplication::arguments()))
+        return 0;
+    std::cerr << "Orvane Keyboard Studio is already running for this data folder but does not answer on "
+              << instance.socketPath().toStdString() << "." << std::endl;
+    return 1;
+}
+
+void nameTheApplication()
+{
     QApplication::setApplicationName(QStringLiteral("Orvane Keyboard Studio"));
     QApplication::setOrganizationDomain(QStringLiteral("orvane.com"));
     // Lets the desktop match the window to its desktop entry and icon; the
@@ -27,18 +41,50 @@ int main(int argc, char** argv)
     QGuiApplication::setDesktopFileName(QStringLiteral("com.orvane.keyboardstudio"));
     QApplication::setWindowIcon(QIcon::fromTheme(QStringLiteral("com.orvane.keyboardstudio"),
                                                  QIcon(QStringLiteral(":/images/Orvane-Bar.svg"))));
+}
 
+}  // namespace
+
+int main(int argc, char** argv)
+{
+    // What only prints (the doctor, --help, --version, a refused option) is
+    // for a terminal, perhaps one without a display, so it is done before
+    // anything could need one.
+    for (int i = 1; i < argc; ++i)
+        if (std::strcmp(argv[i], "--doctor") == 0)
+            return runDoctor(std::cout);
     QString error;
-    const auto options = parseAppOptions(QApplication::arguments(), error);
+    const auto options = parseAppOptions(argumentsOf(argc, argv), error);
     if (!options) {
         std::cerr << error.toStdString() << std::endl;
         return 2;
     }
     if (!options->helpText.isEmpty()) {
-        std::cout << options->helpText.toStdString();
+        std::cout << options->helpText.toStdString() << std::flush;
         return 0;
     }
+    if (!options->dataDir.isEmpty())
+        DataPaths::setDataFolderOverride(options->dataDir);
+    SingleInstance instance(SingleInstance::defaultFolder(), DataPaths::dataFolder());
+    const SingleInstance::Lock lock = instance.tryLock();
+    if (lock == SingleInstance::Lock::Held)
+        return handOverToRunningApp(argc, argv, instance);
+
+    // The images live in the UI library; a static library's resources must
+    // be registered by hand.
+    Q_INIT_RESOURCE(resources);
+    QApplication app(argc, argv);
+    nameTheApplication();
     AppDelegate delegate(*options);
+    // Without the guard the app still runs: a folder we cannot write to
+    // must not keep the user out.
+    if (lock == SingleInstance::Lock::Unavailable || !instance.listen(error))
+        std::cerr << "Starting the app again will not bring this window up: "
+                  << (error.isEmpty() ? QStringLiteral("cannot make %1.lock").arg(instance.socketPath().chopped(7)) : error)
+                         .toStdString()
+                  << std::endl;
+    QObject::connect(&instance, &SingleInstance::activationRequested, &delegate,
+                     [&delegate] { delegate.applicationShouldHandleReopen(); });
     delegate.applicationDidFinishLaunching();
     return app.exec();
 }

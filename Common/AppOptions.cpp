@@ -4,11 +4,42 @@
 
 #include <cmath>
 
+namespace {
+
+// Qt's own options, which the application object takes out of the command
+// line; ours is read before that object exists, so it leaves them out too.
+QStringList withoutQtOptions(const QStringList& arguments)
+{
+    static const QStringList withValue{"platform", "platformpluginpath", "platformtheme", "plugin", "display",
+                                       "geometry", "qwindowgeometry", "qwindowtitle", "qwindowicon", "title",
+                                       "style", "stylesheet", "session", "name", "qmljsdebugger"};
+    static const QStringList alone{"reverse", "nograb", "dograb", "sync", "widgetcount"};
+    QStringList kept;
+    for (qsizetype i = 0; i < arguments.size(); ++i) {
+        QString name = arguments[i];
+        if (i == 0 || !name.startsWith(QLatin1Char('-'))) {
+            kept << name;
+            continue;
+        }
+        name.remove(0, name.startsWith(QLatin1String("--")) ? 2 : 1);
+        if (withValue.contains(name.section(QLatin1Char('='), 0, 0)))
+            i += name.contains(QLatin1Char('=')) ? 0 : 1;
+        else if (!alone.contains(name))
+            kept << arguments[i];
+    }
+    return kept;
+}
+
+}  // namespace
+
+QString versionText() { return QStringLiteral("Orvane Keyboard Studio " ORVANE_VERSION "\n"); }
+
 std::optional<AppOptions> parseAppOptions(const QStringList& arguments, QString& error)
 {
     QCommandLineParser parser;
     parser.setApplicationDescription(QStringLiteral("Orvane Keyboard Studio"));
     parser.addHelpOption();
+    const QCommandLineOption version({QStringLiteral("v"), QStringLiteral("version")}, QStringLiteral("Print the version and exit."));
     const QCommandLineOption demo(QStringLiteral("demo"), QStringLiteral("Plug in a virtual keyboard: m61, w61 or k68."), QStringLiteral("model"));
     const QCommandLineOption trace(QStringLiteral("trace"), QStringLiteral("Write the virtual keyboard's report trace to FILE."), QStringLiteral("file"));
     const QCommandLineOption dataDir(QStringLiteral("data-dir"), QStringLiteral("Keep the settings and databases in DIR."), QStringLiteral("dir"));
@@ -19,9 +50,11 @@ std::optional<AppOptions> parseAppOptions(const QStringList& arguments, QString&
                                     QStringLiteral("Check what stands between you and the keyboard (device nodes, udev rule, "
                                                    "seat manager, input devices), print the command for each problem, and exit. "
                                                    "Sends nothing to a keyboard."));
-    parser.addOptions({demo, trace, dataDir, quitAfter, screenshot, doctor});
+    const QCommandLineOption minimized(QStringLiteral("minimized"),
+                                       QStringLiteral("Start with the window hidden; the tray icon shows it."));
+    parser.addOptions({version, demo, trace, dataDir, quitAfter, screenshot, minimized, doctor});
 
-    if (!parser.parse(arguments)) {
+    if (!parser.parse(withoutQtOptions(arguments))) {
         error = parser.errorText();
         return std::nullopt;
     }
@@ -30,6 +63,11 @@ std::optional<AppOptions> parseAppOptions(const QStringList& arguments, QString&
         options.helpText = parser.helpText();
         return options;
     }
+    if (parser.isSet(version)) {
+        options.helpText = versionText();
+        return options;
+    }
+    options.minimized = parser.isSet(minimized);
     options.demoModel = parser.value(demo).toLower();
     if (parser.isSet(demo) && options.demoModel != QLatin1String("m61") && options.demoModel != QLatin1String("w61")
         && options.demoModel != QLatin1String("k68")) {

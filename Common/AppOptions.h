@@ -14,12 +14,18 @@ struct AppOptions {
     QString dataDir;
     std::optional<double> quitAfterSeconds;
     QString screenshotFile;
-    QString helpText;  // set for --help: print it to standard output and exit
+    bool minimized = false;  // start with the window hidden, in the tray
+    // Set for --help and --version: print it to standard output and exit.
+    QString helpText;
 };
 
 // The longest --quit-after: a day.
 inline constexpr double kMaxQuitAfterSeconds = 24 * 60 * 60;
 
-// Parses the arguments (argv[0] first). On bad input returns nullopt and
+// "Orvane Keyboard Studio 0.1.0"
+QString versionText();
+
+// Parses the arguments (argv[0] first). Needs no application object, so
+// what only prints works without a display. On bad input returns nullopt and
 // puts a message meant for the user in `error`.
 std::optional<AppOptions> parseAppOptions(const QStringList& arguments, QString& error);

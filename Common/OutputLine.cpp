@@ -3,7 +3,9 @@
 #include <iostream>
 #include <mutex>
 
-Q_LOGGING_CATEGORY(lcOrvane, "orvane")
+// Warnings and errors only: standard error carries nothing of ours unless
+// something went wrong (QT_LOGGING_RULES="orvane.info=true" shows the rest).
+Q_LOGGING_CATEGORY(lcOrvane, "orvane", QtWarningMsg)
 
 namespace OutputLine {
 namespace {

@@ -63,6 +63,11 @@ constexpr std::array kTexts{
           "已全部重置：模式、宏和灯光模式均已恢复为默认值。"},
     // The window's own buttons and the tray menu.
     Texts{AppText::Quit, "Quit", "退出"},
+    Texts{AppText::ShowWindow, "Show Orvane Keyboard Studio", "显示 Orvane Keyboard Studio"},
+    Texts{AppText::StartWithDesktop, "Start with the desktop", "随桌面启动"},
+    Texts{AppText::AutostartFailed, "The start with the desktop could not be changed (%1). Check that your home folder "
+                                    "is writable, then try again.",
+          "未能更改随桌面启动设置（%1）。请检查主文件夹是否可写，然后重试。"},
     Texts{AppText::NoKeyboardConnected, "No keyboard connected", "未连接键盘"},
     Texts{AppText::NoNotifications, "No notifications", "没有通知"},
 
@@ -193,14 +198,6 @@ constexpr std::array kTexts{
     Texts{AppText::KeyCannotBeSet, "This key cannot be set; press another", "无法设置此按键，请换一个"},
 
     // Access to the keyboards and to keys typed in other windows.
-    Texts{AppText::InputCaptureAdvice,
-          "Keys typed while another window is in front are not captured: only members of the group \"%1\" may "
-          "read the keyboards. To allow it (every program you run may then read every keyboard), run "
-          "\"sudo usermod -aG %1 $USER\", then log out and in. Keys pressed while this window is in front are "
-          "captured anyway.",
-          "其他窗口在前台时输入的按键不会被捕获：只有“%1”组的成员才能读取键盘。若要允许（此后你运行的"
-          "每个程序都能读取所有键盘），请运行 \"sudo usermod -aG %1 $USER\"，然后注销并重新登录。"
-          "本窗口在前台时按下的按键总会被捕获。"},
     Texts{AppText::PermissionOpening, "Orvane Keyboard Studio is not allowed to talk to %1 (%2). ",
           "Orvane Keyboard Studio 无权与%1（%2）通信。"},
     Texts{AppText::PermissionTheKeyboard, "the keyboard", "键盘"},

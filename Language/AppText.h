@@ -44,6 +44,9 @@ enum class AppText {
 
     // The window's own buttons and the tray menu.
     Quit,
+    ShowWindow,
+    StartWithDesktop,
+    AutostartFailed,  // %1 what failed
     NoKeyboardConnected,
     NoNotifications,
 
@@ -103,7 +106,6 @@ enum class AppText {
     KeyCannotBeSet,
 
     // Access to the keyboards and to keys typed in other windows.
-    InputCaptureAdvice,       // %1 the group
     PermissionOpening,        // %1 keyboard, %2 device node
     PermissionTheKeyboard,
     PermissionWithAdvice,     // %1 the doctor's advice

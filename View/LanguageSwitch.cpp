@@ -94,6 +94,8 @@ void MainController::LanguageSwicth()
         light_mode_tab->setTitleTextColor(Qt::black);
     if (customlight_mode_tab)
         customlight_mode_tab->setTitleTextColor(Qt::black);
+    if (label_autostart)
+        label_autostart->setText(appText(AppText::StartWithDesktop));
     initLightTableData();
     setEmptyListHints();
     reloadMacroTable();  // the step counts' words

@@ -3,8 +3,10 @@
 #include "Language/AppText.h"
 #include "Language/Language.h"
 #include "View/MacroController.h"
+#include "View/control/FrameLessView.h"
 #include "View/control/Theme.h"
 
+#include <QApplication>
 #include <QCloseEvent>
 #include <QMessageBox>
 #include <QMouseEvent>
@@ -38,17 +40,25 @@ void MacroWindowController::windowDidLoad()
 
 bool MacroWindowController::eventFilter(QObject* watched, QEvent* event)
 {
-    // The background moves the window; the content still sees every press,
-    // since a press on the window is also a recorded mouse step.
+    // The background moves the window; the content still sees every press
+    // and every click, since a press on the window is also a recorded mouse
+    // step: only a press that moves hands the pointer to the window manager.
     if (watched == controller_) {
         auto* mouse = static_cast<QMouseEvent*>(event);
         switch (event->type()) {
         case QEvent::MouseButtonPress:
             dragging_ = mouse->button() == Qt::LeftButton;
-            dragOffset_ = mouse->globalPosition().toPoint() - frameGeometry().topLeft();
+            pressPoint_ = mouse->globalPosition().toPoint();
+            dragOffset_ = pressPoint_ - frameGeometry().topLeft();
             break;
         case QEvent::MouseMove:
-            if (dragging_ && (mouse->buttons() & Qt::LeftButton))
+            if (!dragging_ || !(mouse->buttons() & Qt::LeftButton))
+                break;
+            if ((mouse->globalPosition().toPoint() - pressPoint_).manhattanLength() < QApplication::startDragDistance())
+                break;
+            if (startSystemMove(this))
+                dragging_ = false;
+            else
                 move(mouse->globalPosition().toPoint() - dragOffset_);
             break;
         case QEvent::MouseButtonRelease: dragging_ = false; break;

@@ -29,6 +29,7 @@ protected:
 
 private:
     MaroController* controller_ = nullptr;
+    QPoint pressPoint_;
     QPoint dragOffset_;
     bool dragging_ = false;
     bool discardConfirmed_ = false;

@@ -274,6 +274,12 @@ public:
     QWidget* sysset_view = nullptr;
     // switch_lock_win (665), switch_lock_alttab (666), switch_lock_altf4 (667)
     std::array<QAbstractButton*, 3> lockSwitches{};
+    // "Start with the desktop": the user's autostart entry, not a keyboard
+    // setting, so it works with or without a keyboard.
+    void initAutostartRow(int top);
+    void action_autostart_switch();
+    QLabel* label_autostart = nullptr;
+    QAbstractButton* switch_autostart = nullptr;
 
     ImageButton* imgbtn_language = nullptr;
     LanguagePopoverViewController* languagePopover = nullptr;  // made on first use

@@ -1,7 +1,9 @@
 // The system page: the three key locks of the profile in use, stored per
-// profile and sent to the keyboard as one block.
+// profile and sent to the keyboard as one block; below them, whether the app
+// starts with the desktop.
 #include "View/MainController.h"
 
+#include "Desktop/Autostart.h"
 #include "Language/AppText.h"
 #include "View/PageFrame.h"
 #include "Protocol/SystemSettingsBlock.h"
@@ -9,6 +11,7 @@
 #include "SQLite/DeviceSQLite.h"
 #include "View/control/FuncButton.h"
 
+#include <QCoreApplication>
 #include <QLabel>
 
 namespace {
@@ -57,7 +60,33 @@ void MainController::initSystemPage()
         connect(lock, &QAbstractButton::clicked, this, [this, lock] { action_keylock_swicthbtn(lock); });
         lockSwitches[i] = lock;
     }
+    initAutostartRow(kRowTop + int(lockSwitches.size()) * kRowHeight + kMargin);
     sysset_view->hide();
+}
+
+void MainController::initAutostartRow(int top)
+{
+    label_autostart = new QLabel(sysset_view);
+    label_autostart->setObjectName(QStringLiteral("label_autostart"));
+    label_autostart->setGeometry(kMargin, top, kPageWidth - 3 * kMargin - kSwitchWidth, kRowHeight);
+    label_autostart->setWordWrap(true);
+    auto* autostart = new SwitchButton(sysset_view);
+    autostart->setObjectName(QStringLiteral("switch_autostart"));
+    autostart->setGeometry(kPageWidth - kMargin - kSwitchWidth, top + (kRowHeight - kSwitchHeight) / 2, kSwitchWidth,
+                           kSwitchHeight);
+    autostart->setChecked(Autostart::isEnabled());
+    connect(autostart, &QAbstractButton::clicked, this, &MainController::action_autostart_switch);
+    switch_autostart = autostart;
+}
+
+void MainController::action_autostart_switch()
+{
+    QString error;
+    const bool wanted = switch_autostart->isChecked();
+    if (!Autostart::setEnabled(wanted, QCoreApplication::applicationFilePath(), error)) {
+        switch_autostart->setChecked(Autostart::isEnabled());
+        showProblem(appText(AppText::AutostartFailed).arg(error), QStringLiteral("autostart"));
+    }
 }
 
 void MainController::action_keylock_swicthbtn(QAbstractButton* sender)

@@ -1,6 +1,7 @@
 #include "View/MainWindowController.h"
 
 #include "View/MainController.h"
+#include "View/control/FrameLessView.h"
 
 #include <QGuiApplication>
 #include <QMouseEvent>
@@ -14,7 +15,9 @@ WindowBorderless::WindowBorderless(QWidget* parent) : QWidget(parent, Qt::Window
 
 void WindowBorderless::mousePressEvent(QMouseEvent* event)
 {
-    if (event->button() == Qt::LeftButton)
+    // The window manager moves the window where it can; a Wayland
+    // compositor ignores a window that places itself.
+    if (event->button() == Qt::LeftButton && !startSystemMove(this))
         dragOffset_ = event->globalPosition().toPoint() - frameGeometry().topLeft();
 }
 

@@ -8,6 +8,7 @@ ORVANE_BUILD="${ORVANE_BUILD:-$ORVANE_ROOT/build}"
 ORVANE_PACKAGES=(
   build-essential cmake ninja-build pkg-config
   qt6-base-dev qt6-svg-dev libqt6svg6
+  qt6-wayland
   libsqlitecpp-dev libsqlite3-dev
   libudev-dev libusb-1.0-0-dev libevdev-dev
   libgtest-dev libgmock-dev libbenchmark-dev
@@ -17,13 +18,19 @@ ORVANE_PACKAGES=(
 )
 
 # What scripts/test adds: the validators of the desktop entry and AppStream file,
-# and poppler-utils to check the user guides' PDFs (their fonts and pages).
-ORVANE_TEST_PACKAGES=(desktop-file-utils appstream poppler-utils)
+# poppler-utils to check the user guides' PDFs (their fonts and pages), and
+# weston with ImageMagick for the window on a headless Wayland compositor.
+ORVANE_TEST_PACKAGES=(desktop-file-utils appstream poppler-utils weston imagemagick)
 
 # What scripts/package and scripts/package-check add: the Debian package
 # tools (dpkg-shlibdeps, and `file`, which CPack uses to find the binaries),
 # lintian, and mmdebstrap for the fresh Debian root.
 ORVANE_PACKAGING_PACKAGES=(dpkg-dev file lintian mmdebstrap)
+
+# What bench/start-memory adds: Qt's pixeltool (the trivial Qt 6 widgets app
+# the start is compared with), Xvfb to run both on, and the X headers of the
+# small program that watches for the first mapped window.
+ORVANE_BENCH_PACKAGES=(qt6-tools-dev-tools xvfb libxcb1-dev)
 
 orvane_missing_packages() {
   local missing=() p

@@ -63,6 +63,13 @@ TEST(AppOptionsParsing, AcceptsTheDocumentedOptionsAndRefusesWhatCannotBeMeant)
     const auto help = parseAppOptions({"orvane", "--help"}, error);
     ASSERT_TRUE(help) << "help is an answer, not an error";
     EXPECT_TRUE(help->helpText.contains("--quit-after")) << help->helpText.toStdString();
+    // Read before the application object exists, so Qt's own options are left to it.
+    const auto version = parseAppOptions({"orvane", "-platform", "offscreen", "--style=Fusion", "-reverse", "--version"}, error);
+    ASSERT_TRUE(version) << error.toStdString();
+    EXPECT_EQ(version->helpText, "Orvane Keyboard Studio 0.1.0\n");
+    const auto minimized = parseAppOptions({"orvane", "--minimized", "--platform", "xcb"}, error);
+    ASSERT_TRUE(minimized) << error.toStdString();
+    EXPECT_TRUE(minimized->minimized);
 
     const std::vector<std::pair<QStringList, const char*>> refused{
         {{"--demo", "x99"}, "m61, w61 or k68"}, {{"--data-dir", ""}, "--data-dir needs a folder"},

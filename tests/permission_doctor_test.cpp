@@ -117,6 +117,9 @@ TEST_F(FakeMachine, ANodeOfAnotherOwnerWithoutAclIsAProblemWithItsCommand)
     const DoctorFinding input = finding(report, "alice may read 0 of 1 input devices");
     EXPECT_EQ(input.level, Level::Note);
     EXPECT_EQ(input.command, "sudo usermod -aG input alice");
+    // What it gives and what it costs, as an option rather than advice.
+    for (const char* said : {"Nothing needs more", "An option, not advice", "every program alice runs may then read every keyboard"})
+        EXPECT_TRUE(input.text.contains(said)) << input.text.toStdString();
 
     // The window's message, posted once, carries this keyboard's problems;
     // both nodes share one fix, said once after them.

@@ -7,6 +7,7 @@
 #include <QString>
 
 #include <functional>
+#include <filesystem>
 #include <memory>
 
 class SystemKeySource {
@@ -34,3 +35,5 @@ struct InputDeviceAccess {
 };
 
 InputDeviceAccess inputDeviceAccess();
+// The same for the event nodes in `folder` (/dev/input above).
+InputDeviceAccess inputDeviceAccessIn(const std::filesystem::path& folder);

@@ -21,12 +21,17 @@ void startWindowDrag(QWidget* widget, QMouseEvent* event)
 {
     if (event->button() != Qt::LeftButton)
         return;
-    if (QWindow* handle = widget->window()->windowHandle())
-        handle->startSystemMove();
+    startSystemMove(widget);
     event->accept();
 }
 
 }  // namespace
+
+bool startSystemMove(QWidget* widget)
+{
+    QWindow* handle = widget->window()->windowHandle();
+    return handle && handle->startSystemMove();
+}
 
 Qt::WindowFlags FloatingPanel::windowFlags()
 {
@@ -116,8 +121,7 @@ void DragColorWell::mouseMoveEvent(QMouseEvent* event)
     if (!isDown() || !(event->buttons() & Qt::LeftButton))
         return QAbstractButton::mouseMoveEvent(event);
     setDown(false);
-    if (QWindow* handle = window()->windowHandle())
-        handle->startSystemMove();
+    startSystemMove(this);
     event->accept();
 }
 

@@ -28,6 +28,12 @@ Qt::WindowFlags windowFlags();
 // without a compositor its clear corners turn black or grey.
 void paint(QPainter& painter, const QRect& rect, const QColor& background);
 }  // namespace FloatingPanel
+
+// Hands the pointer to the window manager or compositor to move `widget`'s
+// window (the only way a Wayland window moves). False where the platform
+// cannot (offscreen); the caller then moves the window itself.
+bool startSystemMove(QWidget* widget);
+
 class FramelessWindow : public QWidget {
     Q_OBJECT
 public:

@@ -222,9 +222,12 @@ DoctorSection inspectInput(const DoctorEnvironment& env)
         section.findings.push_back({Level::Ok, QStringLiteral("%1 may read all %2 input devices.").arg(user).arg(total), {}});
     else
         section.findings.push_back({Level::Note,
-            QStringLiteral("%1 may read %2 of %3 input devices, so keys typed while another window has the focus are"
-                           " not shown. Only if you want them (it lets every program %1 runs read every keyboard),"
-                           " join the \"input\" group, then log out and in:").arg(user).arg(readable).arg(total),
+            QStringLiteral("%1 may read %2 of %3 input devices. Nothing needs more: the key commands dialog and the"
+                           " macro recorder take the keys typed in the app's own windows. An option, not advice:"
+                           " members of the \"input\" group also have keys typed while another window is in front"
+                           " recorded, at a cost: every program %1 runs may then read every keyboard, passwords"
+                           " included. To take it, join the group, then log out and in:")
+                .arg(user).arg(readable).arg(total),
             QStringLiteral("sudo usermod -aG input %1").arg(user)});
     return section;
 }

@@ -212,19 +212,22 @@ void EvdevKeySource::readMonitor()
 
 std::unique_ptr<SystemKeySource> createPlatformKeySource() { return std::make_unique<EvdevKeySource>(); }
 
-InputDeviceAccess inputDeviceAccess()
+InputDeviceAccess inputDeviceAccess() { return inputDeviceAccessIn("/dev/input"); }
+
+InputDeviceAccess inputDeviceAccessIn(const std::filesystem::path& folder)
 {
     // Readable when every event node is: that is what membership of the
     // nodes' group gives, and any keyboard may be among the others.
     namespace fs = std::filesystem;
     std::error_code ec;
     InputDeviceAccess access;
-    for (const fs::directory_entry& entry : fs::directory_iterator("/dev/input", ec)) {
+    for (const fs::directory_entry& entry : fs::directory_iterator(folder, ec)) {
         if (entry.path().filename().string().rfind("event", 0) != 0)
             continue;
         if (access.state == InputDeviceAccess::State::NoDevices)
             access.state = InputDeviceAccess::State::Readable;
-        if (::access(entry.path().c_str(), R_OK) == 0)
+        // The effective user's rights: what an open by this process would get.
+        if (::faccessat(AT_FDCWD, entry.path().c_str(), R_OK, AT_EACCESS) == 0)
             continue;
         access.state = InputDeviceAccess::State::NotPermitted;
         if (const auto own = readOwnership(entry.path()); own && access.group.isEmpty())

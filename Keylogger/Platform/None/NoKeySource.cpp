@@ -12,3 +12,4 @@ public:
 std::unique_ptr<SystemKeySource> createPlatformKeySource() { return std::make_unique<NoKeySource>(); }
 
 InputDeviceAccess inputDeviceAccess() { return {}; }
+InputDeviceAccess inputDeviceAccessIn(const std::filesystem::path&) { return {}; }
