@@ -5,9 +5,17 @@
 // legends and a thin ring round each cap) stay transparent, so the colour of
 // the KeyView under each key shows through them.
 
+#include <QColor>
 #include <QImage>
+#include <QPainterPath>
+#include <QRectF>
 #include <QSize>
 #include <QString>
+
+#include <utility>
+#include <vector>
+
+class QPainter;
 
 namespace KeyboardViewPicture {
 
@@ -16,5 +24,18 @@ bool paints(const QString& name);
 // The named picture filling `size` (device-independent pixels) at the given
 // device pixel ratio; a null image for names not painted here.
 QImage render(const QString& name, const QSize& size, qreal devicePixelRatio);
+
+// The parts of a painted key's cap, in the coordinates of the key rectangle
+// given: a lit key is filled over them, so its colour reads as the cap's.
+struct CapFill {
+    QRectF skirt, face;
+    qreal radius = 0;
+    QPainterPath legend;  // the cap's legend as the picture sets it
+};
+// One CapFill per key, from the key names and rectangles of one picture (in
+// the picture's pixels), matching what render() draws for them.
+std::vector<CapFill> capFills(const std::vector<std::pair<QString, QRectF>>& keys);
+// Paints a cap lit in `colour`: skirt, face and a legend that stays readable.
+void paintCapFill(QPainter& p, const CapFill& cap, const QColor& colour);
 
 }  // namespace KeyboardViewPicture
