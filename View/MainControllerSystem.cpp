@@ -38,8 +38,8 @@ void MainController::MenuItemMouseUpAction(const QVariant& object)
         changeUserLightColor(Qt::white);
     else if (menuid == kMenuLightTurnOff)
         changeUserLightColor(Qt::black);
-    else if (menuid == kMenuLightImport)
-        importLightData();
+    else if (menuid == kMenuLightImport)  // once the menus have closed
+        QMetaObject::invokeMethod(this, [this] { importLightData(); }, Qt::QueuedConnection);
     // The key menus: an assignment for the clicked key; the floating windows close.
     keyMenuMouseUpAction(menuid);
     // Whatever was chosen, the menus close.
