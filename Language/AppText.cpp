@@ -200,8 +200,9 @@ constexpr std::array kTexts{
           "它的按键颜色将一并删除。已保存到键盘的自定义模式保留其颜色。"},
     Texts{AppText::UserLightSavedToSlot, "Saved to custom mode %1", "已保存到自定义模式 %1"},
     Texts{AppText::UserLightOtherModel,
-          "This is the %1 picture; the keyboard connected is the %2. Choose it in the model list to paint and save.",
-          "当前显示的是 %1 的图片，已连接的键盘是 %2。请在型号列表中选择它后再绘制和保存。"},
+          "The picture shows another model than the keyboard connected (%1). Choose its model in the list on the "
+          "left to paint and save.",
+          "图片显示的型号与已连接的键盘（%1）不同。请在左侧型号列表中选择它的型号后再绘制和保存。"},
     Texts{AppText::UserLightAddFirst, "Add a light first: right-click the list and choose \"%1\".",
           "请先添加灯光：在列表上点击右键，选择\u201c%1\u201d。"},
     Texts{AppText::ConnectYourKeyboard, "Connect your keyboard", "请连接您的键盘"},

@@ -93,7 +93,7 @@ enum class AppText {
     UserLightDeleteQuestion,  // %1 the mode's name
     UserLightDeleteLoses,
     UserLightSavedToSlot,  // %1 the slot number
-    UserLightOtherModel,   // %1 the model shown, %2 the model connected
+    UserLightOtherModel,   // %1 the keyboard connected
     UserLightAddFirst,     // %1 the menu's add entry
 
     // The window without a keyboard.

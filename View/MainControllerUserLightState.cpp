@@ -18,9 +18,13 @@ constexpr int kTextAddLight = 573;
 constexpr int kNoticeHeight = 96;
 }  // namespace
 
+// A 61-key keyboard may be the metal-case one, whose picture the user picks
+// in the model list: both 61-key pictures fit it, only the 68-key one fits
+// the 68-key keyboard.
 bool MainController::showsConnectedModel() const
 {
-    return deviceState && DeviceModel::deviceTypeForKeyboardType(keyboardType) == g_device_type;
+    const bool shows68k = DeviceModel::deviceTypeForKeyboardType(keyboardType) == DeviceModel::kDeviceType68k;
+    return deviceState && shows68k == (g_device_type == DeviceModel::kDeviceType68k);
 }
 
 QString MainController::userLightBlocker() const

@@ -386,7 +386,7 @@ TEST_F(UserLight, TurnOffClearsTheSelectedKeysAndTheSlotGetsExactlyTheRest)
     EXPECT_EQ(colours(1).size(), 4u);
 }
 
-TEST_F(UserLight, AnotherModelsPictureNeitherPaintsNorSaves)
+TEST_F(UserLight, The68KeyPictureWithA61KeyKeyboardNeitherPaintsNorSaves)
 {
     menu(166);
     controller->setCurrentDevice(2);  // the 68-key picture, the 61-key keyboard connected
@@ -400,6 +400,9 @@ TEST_F(UserLight, AnotherModelsPictureNeitherPaintsNorSaves)
     menu(167);
     settle();
     EXPECT_TRUE(framesSince(traced).empty());
-    controller->setCurrentDevice(1);
+    // The metal-case picture fits a 61-key keyboard: painting is on again.
+    controller->setCurrentDevice(0);
     EXPECT_FALSE(notice->isVisible());
+    paint(10, 10, Qt::red);
+    EXPECT_EQ(colours(1).size(), 1u);
 }
