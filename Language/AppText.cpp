@@ -268,6 +268,25 @@ constexpr std::array kTexts{
           "还没有宏。\n点击\u201c%1\u201d录制一个。"},
     Texts{AppText::UserLightListEmpty, "No user lights yet.\nRight-click here and\nchoose \"%1\".",
           "还没有自定义灯光。\n在此处点击右键，\n选择\u201c%1\u201d。"},
+    Texts{AppText::UserLightImportTip, "Import a .light file", "导入 .light 文件"},
+    Texts{AppText::UserLightExportTip, "Export this light", "导出此灯光"},
+    Texts{AppText::UserLightDeleteTip, "Delete this light", "删除此灯光"},
+    Texts{AppText::UserLightNameEmpty, "A light needs a name: the old name is kept.",
+          "灯光需要名称：已保留原名称。"},
+    Texts{AppText::UserLightDeleteQuestion, "Delete the light \"%1\"?", "删除灯光\u201c%1\u201d？"},
+    Texts{AppText::UserLightDeleteLoses,
+          "Its key colours are deleted with it. Custom modes already saved to the keyboard keep their colours.",
+          "它的按键颜色将一并删除。已保存到键盘的自定义模式保留其颜色。"},
+    Texts{AppText::UserLightSavedToSlot, "Saved to custom mode %1", "已保存到自定义模式 %1"},
+    Texts{AppText::UserLightOtherModel,
+          "The picture shows another model than the keyboard connected (%1). Choose its model in the list on the "
+          "left to paint and save.",
+          "图片显示的型号与已连接的键盘（%1）不同。请在左侧型号列表中选择它的型号后再绘制和保存。"},
+    Texts{AppText::UserLightAddFirst, "Add a light first: right-click the list and choose \"%1\".",
+          "请先添加灯光：在列表上点击右键，选择\u201c%1\u201d。"},
+    Texts{AppText::ConnectYourKeyboard, "Connect your keyboard", "请连接您的键盘"},
+    Texts{AppText::ConnectYourKeyboardWhy, "Connected, but this app cannot reach it:\n%1",
+          "键盘已连接，但本应用无法访问它：\n%1"},
 };
 
 static_assert(kTexts.size() == std::size_t(AppText::Count), "every text has its entry");

@@ -150,6 +150,21 @@ enum class AppText {
     MacroListEmpty,      // %1 the new macro button's text
     UserLightListEmpty,  // %1 the menu's add entry
 
+    // The user light list and painting.
+    UserLightImportTip,
+    UserLightExportTip,
+    UserLightDeleteTip,
+    UserLightNameEmpty,
+    UserLightDeleteQuestion,  // %1 the mode's name
+    UserLightDeleteLoses,
+    UserLightSavedToSlot,  // %1 the slot number
+    UserLightOtherModel,   // %1 the keyboard connected
+    UserLightAddFirst,     // %1 the menu's add entry
+
+    // The window without a keyboard.
+    ConnectYourKeyboard,
+    ConnectYourKeyboardWhy,  // %1 what stands in the way
+
     Count  // not a text: the number of them
 };
 

@@ -48,6 +48,21 @@ bool DeviceSQLite::deleteUserLight(int64_t userLight)
     });
 }
 
+bool DeviceSQLite::deleteUserLightWithColours(int64_t userLight)
+{
+    return guarded(db, "deleteUserLightWithColours", false, [&](SQLite::Database& connection) {
+        SQLite::Transaction transaction(connection);
+        for (const char* sql : {R"(DELETE FROM "t_keyrgbdata" WHERE "lightId" = ?)",
+                                R"(DELETE FROM "t_userlightdata" WHERE "userlightId" = ?)"}) {
+            SQLite::Statement remove(connection, sql);
+            remove.bind(1, userLight);
+            remove.exec();
+        }
+        transaction.commit();
+        return true;
+    });
+}
+
 bool DeviceSQLite::modifyUserLightName(int64_t userLight, const QString& name)
 {
     return guardedWrite(db, "modifyUserLightName", [&](SQLite::Database& connection) {

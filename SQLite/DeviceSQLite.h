@@ -145,6 +145,9 @@ public:
     int64_t addUserLight(const QString& name);
     // The mode's row only: its colours stay under its id.
     bool deleteUserLight(int64_t userLight);
+    // The mode's row and its colours, in one transaction, so that a mode
+    // added later under the same id starts without colours.
+    bool deleteUserLightWithColours(int64_t userLight);
     bool modifyUserLightName(int64_t userLight, const QString& name);
     bool queryKeyRGB(int profile, int64_t lightid, std::vector<RGBData>& dataArray) const;
     // Sets or, with `rgbvalue` 0, clears one key's colour in a mode: deletes

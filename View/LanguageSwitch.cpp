@@ -13,6 +13,10 @@
 
 #include <QApplication>
 #include <QFont>
+#include <QLibraryInfo>
+#include <QTranslator>
+
+#include <memory>
 
 namespace {
 
@@ -41,6 +45,24 @@ QString languageButtonImage(bool hover)
 }
 
 }  // namespace
+
+void useQtTranslations(int language)
+{
+    // Qt's own dialogs (file, colour, message box buttons) speak the
+    // window's language; Debian ships their texts in qt6-translations-l10n.
+    static std::unique_ptr<QTranslator> installed;
+    if (installed) {
+        QCoreApplication::removeTranslator(installed.get());
+        installed.reset();
+    }
+    if (language != kLanguageChinese)
+        return;
+    auto translator = std::make_unique<QTranslator>();
+    if (!translator->load(QStringLiteral("qtbase_zh_CN"), QLibraryInfo::path(QLibraryInfo::TranslationsPath)))
+        return;  // without the package the dialogs stay in English
+    QCoreApplication::installTranslator(translator.get());
+    installed = std::move(translator);
+}
 
 std::span<const LabelledControl> labelledControls() { return kLabelledControls; }
 
@@ -84,6 +106,7 @@ void MainController::switchLanguage(int language)
 
 void MainController::LanguageSwicth()
 {
+    useQtTranslations(G_Language);
     if (auto* profile = findChild<QWidget*>(QStringLiteral("imgbtn_profile")); profile && profileTextId(currentProfile))
         profile->setProperty("text", languageText(profileTextId(currentProfile)));
     for (const LabelledControl& control : kLabelledControls) {
@@ -103,6 +126,8 @@ void MainController::LanguageSwicth()
     // The guide and web link buttons' tool tips.
     setLinkToolTips();
     setWindowButtonToolTips();
+    updateNoKeyboardState();
+    updateUserLightNotice();
 }
 
 void MainController::setWindowButtonToolTips()

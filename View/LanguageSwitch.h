@@ -17,3 +17,7 @@ std::span<const LabelledControl> labelledControls();
 // text is drawn with it rather than whichever CJK face the system would pick
 // first (often the Japanese one, whose forms differ).
 void useChineseCapableFont();
+
+// Loads Qt's own translations for the language (kLanguageChinese), or takes
+// them off for English, so Qt's dialogs follow the window's language.
+void useQtTranslations(int language);

@@ -24,7 +24,10 @@ MainController::MainController(Environment environment, QWidget* parent)
 {
     setObjectName(QStringLiteral("MainController"));
     rfDeviceMonitor.setProblemHandler([this](const QString& message) {
-        QMetaObject::invokeMethod(this, [this, message] { showProblem(message); }, Qt::QueuedConnection);
+        QMetaObject::invokeMethod(this, [this, message] {
+            showProblem(message);
+            noteKeyboardUnreachable(message);
+        }, Qt::QueuedConnection);
     });
 }
 

@@ -204,6 +204,15 @@ public:
     ImageButton* imgbtn_usb = nullptr;
     ImageButton* imgbtn_nofity = nullptr;  // shows, does nothing
     QLabel* label_problem = nullptr;
+    // MainControllerNoKeyboard: the state over the page pane while no
+    // keyboard is connected, with the reason when the platform gave one.
+    void updateNoKeyboardState();
+    void noteKeyboardUnreachable(const QString& reason);
+    void makeNoKeyboardPane();
+    QWidget* noKeyboardPane = nullptr;
+    QLabel* noKeyboardTitle = nullptr;
+    QLabel* noKeyboardWhy = nullptr;
+    QString noKeyboardReason_;
 
     // ---- Pages (MainControllerPages) ----------------------------------------
     // `viewType` is the page on show: 1 keys and macros, 2 light, 3 system.
@@ -277,6 +286,8 @@ public:
     // "Start with the desktop": the user's autostart entry, not a keyboard
     // setting, so it works with or without a keyboard.
     void initAutostartRow(int top);
+    // Where the key locks sit on the system page, in the page's coordinates.
+    QRect keyLockRowsRect() const;
     void action_autostart_switch();
     QLabel* label_autostart = nullptr;
     QAbstractButton* switch_autostart = nullptr;
@@ -358,6 +369,19 @@ public:
     void UserLightTableViewMenu(const QVariant& object);
     void UserLightTableViewButton(const QVariant& object);
     void userLightSelectionDidChange();
+    // MainControllerUserLightRows: each row's buttons act on that row's mode.
+    int userLightRowOf(int64_t lightId) const;  // -1 when no row shows it
+    void selectUserLightRow(int row);
+    void renameUserLight(int row, const QString& name);
+    void askToDeleteUserLight(int row);
+    void deleteUserLight(int64_t mode);  // the mode and its colours
+    // MainControllerUserLightState: painting and saving need the keyboard,
+    // its model on the picture and a mode of the list.
+    bool showsConnectedModel() const;
+    QString userLightBlocker() const;  // why painting is off; empty when on
+    bool paintingAllowed();            // and shows the reason on the tab
+    void updateUserLightNotice();
+    QLabel* userLightNotice = nullptr;
     UserLightTableItemView* userLightRowView(int row);  // made if needed
     void appendUserLightRow();
     void keyboardKeyAction(const QVariant& object);
@@ -406,7 +430,7 @@ public:
     // with one line in the window, or a message saying what went wrong.
     void exportKeyProfile();
     void importKeyProfile();
-    void exportLightData();
+    void exportLightData(int row);  // the mode of that row of the list
     void importLightData();
     QLabel* label_exchange = nullptr;  // made on first use
 
@@ -517,8 +541,12 @@ private:
     // pass to store it is already due. Reports that come faster than the
     // passes are merged into the newest one.
     std::optional<QColor> pendingPaintColour_;
+    bool colorPanelPlaced_ = false;  // placed once; then where the user puts it
     bool paintPassDue_ = false;
     void runPaintPass();
+    void makeColorPanel();
+    void queuePaint(const QColor& color);
+    QPoint colorPanelPlace() const;
     bool userLightObserved_ = false;
 
     // ---- Exchange files ------------------------------------------------------

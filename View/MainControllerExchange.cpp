@@ -13,7 +13,6 @@
 #include "View/KeyboardLayout/KeyCodeMaps.h"
 #include "View/control/FlippedRect.h"
 
-#include <QItemSelectionModel>
 #include <QListWidget>
 #include <QMessageBox>
 
@@ -130,21 +129,18 @@ void MainController::importKeyProfile()
     });
 }
 
-void MainController::exportLightData()
+void MainController::exportLightData(int row)
 {
+    if (row < 0 || row >= userlightmode_datas.size())
+        return showExchangeRefusal(appText(AppText::ExportLightNoneChosen));
+    // The row's own mode, under its name, whichever row is highlighted.
+    const QString name = userlightmode_datas.at(row).value(QStringLiteral("text")).toString();
+    const int64_t mode = userlightmode_datas.at(row).value(QStringLiteral("mode")).toLongLong();
     const QString folder = chooseExchangeFile({{}, ExchangeDialog::Pick::Folder, {}});
     if (folder.isEmpty())
         return;
-    const QModelIndexList selected =
-        userlightmode_table ? userlightmode_table->selectionModel()->selectedIndexes() : QModelIndexList();
-    const int row = selected.isEmpty() ? -1 : selected.first().row();
-    if (row < 0 || row >= userlightmode_datas.size())
-        return showExchangeRefusal(appText(AppText::ExportLightNoneChosen));
-    // The name is the list's; the colours are those of the mode being
-    // painted, which the list's selection sets.
-    const QString name = userlightmode_datas.at(row).value(QStringLiteral("text")).toString();
     std::vector<RGBData> rows;
-    if (!deviceDB || !deviceDB->queryKeyRGB(1, currentUserLightMode, rows))
+    if (!deviceDB || !deviceDB->queryKeyRGB(1, mode, rows))
         return showExchangeRefusal(appText(AppText::ExportLightUnreadable).arg(quotedName(name)));
     std::vector<LEDData> leds;
     for (const RGBData& colour : rows)
@@ -213,11 +209,12 @@ void MainController::showExchangeResult(const QString& line)
         connect(hideTimer, &QTimer::timeout, label_exchange, &QWidget::hide);
     }
     label_exchange->setText(line);
-    // One line in the gap between the keyboard picture and the page
-    // buttons, as wide as both; a longer text grows up over the picture.
+    // In the gap under the keyboard picture, as wide as it; a longer text
+    // grows down, never over the keys.
     constexpr int kWidth = 660;
+    constexpr int kPictureBottom = 310;  // the picture's lower edge, y upward
     const int height = label_exchange->heightForWidth(kWidth);
-    label_exchange->setGeometry(flippedRect(kWindowHeight, 215, 248, kWidth, height));
+    label_exchange->setGeometry(flippedRect(kWindowHeight, 215, kPictureBottom - 4 - height, kWidth, height));
     label_exchange->show();
     label_exchange->raise();
     label_exchange->findChild<QTimer*>(QStringLiteral("label_exchange_timer"))->start();

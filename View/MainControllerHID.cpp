@@ -80,6 +80,8 @@ void MainController::refreshUI()
         imgbtn_usb->initControl(QStringLiteral("sys_btn_usb_n"), QStringLiteral("sys_btn_usb_n"));
     }
     setWindowButtonToolTips();
+    updateNoKeyboardState();
+    updateUserLightNotice();
 }
 
 void MainController::ConnectDevice()

@@ -191,4 +191,8 @@ void MainController::action_userlightmode_tab()
     customlight_mode_tab->setImageName(QStringLiteral("tab_light_check"));
     light_mode_tab->setImageName(QStringLiteral("tab_light"));
     userlightmode_show = true;
+    // The picture shows the highlighted light, the one painting goes to.
+    if (userLightRowOf(currentUserLightMode) >= 0)
+        loadUserLightData(currentUserLightMode);
+    updateUserLightNotice();
 }

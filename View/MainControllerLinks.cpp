@@ -97,7 +97,7 @@ void MainController::openLink(const QUrl& url)
     if (!opened)
         showProblem(appText(AppText::LinkOpenFailed)
                         .arg(url.toDisplayString()),
-                    QStringLiteral("links"));
+                    QStringLiteral("link ") + url.toString());  // each link that fails says so
 }
 
 void MainController::action_doc()

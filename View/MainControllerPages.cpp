@@ -100,6 +100,7 @@ void MainController::showPage(int page)
     // show the light beneath them.
     if (orvane_keyboardctrl)
         orvane_keyboardctrl->setKeyCapTextsShown(page == 1);
+    updateNoKeyboardState();
 }
 
 void MainController::action_func_key()

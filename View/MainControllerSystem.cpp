@@ -17,6 +17,9 @@ constexpr int kMenuResetCurrent = 1002;
 constexpr int kMenuResetAll = 1003;
 constexpr int kMenuSwitchToChinese = 1004;
 constexpr int kMenuSwitchToEnglish = 1005;
+constexpr int kMenuLightTurnOff = 161;
+constexpr int kMenuLightUpRgb = 162;
+constexpr int kMenuLightImport = 172;
 }  // namespace
 
 void MainController::MenuItemMouseUpAction(const QVariant& object)
@@ -29,6 +32,14 @@ void MainController::MenuItemMouseUpAction(const QVariant& object)
     // The light menu: add a user light mode (166), save to a slot (167 to 171).
     if (menuid >= 166 && menuid <= 171)
         UserLightTableMenuMsg(menuid);
+    // The light menu over selected keys: full white, or no colour, stored
+    // as a colour picked in the panel is.
+    if (menuid == kMenuLightUpRgb)
+        changeUserLightColor(Qt::white);
+    else if (menuid == kMenuLightTurnOff)
+        changeUserLightColor(Qt::black);
+    else if (menuid == kMenuLightImport)  // once the menus have closed
+        QMetaObject::invokeMethod(this, [this] { importLightData(); }, Qt::QueuedConnection);
     // The key menus: an assignment for the clicked key; the floating windows close.
     keyMenuMouseUpAction(menuid);
     // Whatever was chosen, the menus close.

@@ -64,6 +64,11 @@ void MainController::initSystemPage()
     sysset_view->hide();
 }
 
+QRect MainController::keyLockRowsRect() const
+{
+    return QRect(kMargin / 2, kRowTop, kPageWidth - kMargin, int(lockSwitches.size()) * kRowHeight);
+}
+
 void MainController::initAutostartRow(int top)
 {
     label_autostart = new QLabel(sysset_view);

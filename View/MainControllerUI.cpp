@@ -90,6 +90,7 @@ void MainController::setCurrentDevice(int curDevType)
     runLayoutBuilder(target);
     setDeviceListIconRect(target, modelListButton(target));
     keyboardType = target;
+    updateUserLightNotice();
 }
 
 void MainController::registerNotification()

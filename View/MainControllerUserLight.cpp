@@ -5,6 +5,7 @@
 #include "View/MainController.h"
 
 #include "Common/NotificationCenter.h"
+#include "Language/AppText.h"
 #include "Language/Language.h"
 #include "SQLite/DeviceSQLite.h"
 #include "View/KeyboardLayout/KeyCodeMaps.h"
@@ -26,10 +27,6 @@ constexpr int kTextLight = 575;  // "Light", the stem of a new mode's name
 constexpr int kMenuAdd = 166;
 constexpr int kMenuSaveFirst = 167;
 constexpr int kMenuSaveLast = 171;
-constexpr int kButtonImport = 1;
-constexpr int kButtonExport = 2;
-constexpr int kButtonDelete = 3;
-constexpr int kButtonRename = 5;
 constexpr int kMenuOnRow = 2;
 constexpr int kMenuBesideRows = 3;
 
@@ -60,6 +57,11 @@ void MainController::initUserLightPage()
         "QListWidget::item, QListWidget::item:selected, QListWidget::item:hover { background: transparent; }"));
     connect(userlightmode_table, &QListWidget::itemSelectionChanged, this,
             &MainController::userLightSelectionDidChange);
+    // A click on the highlighted row shows its mode again.
+    connect(userlightmode_table, &QListWidget::itemClicked, this, [this](QListWidgetItem* item) {
+        if (item && item->isSelected() && userlightmode_table->row(item) == userlightmode_table->currentRow())
+            userLightSelectionDidChange();
+    });
     userLightListHint = new EmptyListHint(userlightmode_table);
 }
 
@@ -98,6 +100,17 @@ void MainController::loadUserlightData()
         appendUserLightRow();
     for (int row = 0; row < userlightmode_datas.size(); ++row)
         userLightRowView(row);
+    // The mode painted on stays highlighted, or the first when it is gone.
+    int shown = userLightRowOf(currentUserLightMode);
+    if (shown < 0 && !userlightmode_datas.isEmpty()) {
+        shown = 0;
+        currentUserLightMode = int(userlightmode_datas.first().value(kMode).toLongLong());
+    } else if (shown < 0) {
+        currentUserLightMode = 0;
+    }
+    userlightmode_table->setCurrentRow(shown);
+    for (int row = 0; row < userlightmode_table->count(); ++row)
+        userLightRowView(row)->setDown(row == shown);
 }
 
 void MainController::appendUserLightRow()
@@ -122,7 +135,9 @@ UserLightTableItemView* MainController::userLightRowView(int row)
     }
     view->initView(row);
     if (row < userlightmode_datas.size())
-        view->textView->setText(userlightmode_datas.at(row).value(kText).toString());
+        view->setName(userlightmode_datas.at(row).value(kText).toString());
+    view->setButtonTips(appText(AppText::UserLightImportTip), appText(AppText::UserLightExportTip),
+                        appText(AppText::UserLightDeleteTip));
     return view;
 }
 
@@ -166,8 +181,13 @@ void MainController::addUserLight()
         return;
     userlightmode_datas.append(QVariantMap{{kMode, qint64(id)}, {kText, name}});
     if (userlightmode_table) {
-        const QSignalBlocker blocker(userlightmode_table);
-        appendUserLightRow();
+        {
+            const QSignalBlocker blocker(userlightmode_table);
+            appendUserLightRow();
+        }
+        // The new row is highlighted, shown and painted on.
+        selectUserLightRow(userlightmode_table->count() - 1);
+        return;
     }
     loadUserLightData(id);
 }
@@ -192,33 +212,4 @@ void MainController::UserLightTableViewMenu(const QVariant& object)
     timetickcount = now;
     if (showLightMenu)
         showLightMenu(object.toInt() != -1 ? kMenuOnRow : kMenuBesideRows);
-}
-
-void MainController::UserLightTableViewButton(const QVariant& object)
-{
-    const QVariantMap map = object.toMap();
-    bool typeOk = false;
-    bool indexOk = false;
-    const int type = map.value(QStringLiteral("type")).toInt(&typeOk);
-    const int index = map.value(QStringLiteral("index")).toInt(&indexOk);
-    if (!typeOk || !indexOk || index < 0 || index >= userlightmode_datas.size() || !deviceDB)
-        return;
-    const int64_t mode = userlightmode_datas.at(index).value(kMode).toLongLong();
-    if (type == kButtonImport) {
-        importLightData();
-    } else if (type == kButtonExport) {
-        exportLightData();  // the selected row's mode, not necessarily this row's
-    } else if (type == kButtonDelete) {
-        // The picture and the mode painted on stay as they are.
-        if (!deviceDB->deleteUserLight(mode))
-            return;
-        userlightmode_datas.removeAt(index);
-        const QSignalBlocker blocker(userlightmode_table);
-        delete userlightmode_table->takeItem(index);
-        for (int row = index; row < userlightmode_table->count(); ++row)
-            userLightRowView(row);  // the rows below learn their new number
-    } else if (type == kButtonRename) {
-        if (deviceDB->modifyUserLightName(mode, map.value(kText).toString()))
-            loadUserlightData();
-    }
 }

@@ -12,7 +12,7 @@ ORVANE_PACKAGES=(
   libsqlitecpp-dev libsqlite3-dev
   libudev-dev libusb-1.0-0-dev libevdev-dev
   libgtest-dev libgmock-dev libbenchmark-dev
-  fonts-noto-cjk
+  fonts-noto-cjk qt6-translations-l10n
   librsvg2-bin
   ccache
 )

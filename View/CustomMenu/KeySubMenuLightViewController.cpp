@@ -1,5 +1,6 @@
 #include "View/CustomMenu/KeySubMenuLightViewController.h"
 
+#include "Language/AppText.h"
 #include "Language/Language.h"
 #include "View/control/FlippedRect.h"
 #include "View/control/MenuItemView.h"
@@ -27,8 +28,12 @@ constexpr LightEntry kUserLightEntries[] = {
     {&C::menuitem_userlight_setprofile4, "menuitem_userlight_setprofile4", 43, 814, 170},
     {&C::menuitem_userlight_setprofile5, "menuitem_userlight_setprofile5", 3, 815, 171},
 };
+// Beside the rows (an empty list among them) a file can be imported too; its
+// text is our own (kImportText), not a numbered one.
+constexpr int kImportText = -1;
 constexpr LightEntry kAddUserLightEntries[] = {
-    {&C::menuitem_userlight_add2, "menuitem_userlight_add2", 3, 573, 166},
+    {&C::menuitem_userlight_add2, "menuitem_userlight_add2", 43, 573, 166},
+    {&C::menuitem_userlight_import, "menuitem_userlight_import", 3, kImportText, 172},
 };
 
 struct Shape {
@@ -45,7 +50,7 @@ std::optional<Shape> shapeOf(int type)
     case 2:
         return Shape{kUserLightEntries, 246, &C::initUserLight};
     case 3:
-        return Shape{kAddUserLightEntries, 46, &C::initAddUserLight};
+        return Shape{kAddUserLightEntries, 86, &C::initAddUserLight};
     default:
         return std::nullopt;
     }
@@ -85,7 +90,8 @@ void KeySubMenuLightViewController::initSubMenuItem(int type)
             item->initTextAndMenuID(QString(), entry.menuId);
             item->hide();
         }
-        item->textView->setText(languageText(entry.textId));
+        item->textView->setText(entry.textId == kImportText ? appText(AppText::UserLightImportTip)
+                                                            : languageText(entry.textId));
     }
     this->*shape->made = true;
 }

@@ -33,6 +33,7 @@ public:
     MenuItem* menuitem_userlight_setprofile4 = nullptr;
     MenuItem* menuitem_userlight_setprofile5 = nullptr;
     MenuItem* menuitem_userlight_add2 = nullptr;
+    MenuItem* menuitem_userlight_import = nullptr;  // beside the rows: import a file
     int menu_type = 0;
     bool initLight = false;
     bool initUserLight = false;

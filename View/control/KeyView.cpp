@@ -13,6 +13,7 @@ void KeyView::setKeyColor(const QColor& color)
 {
     keyColor = color;
     update();
+    emit keyColorChanged(color);
 }
 
 void KeyView::setBackgroundColor(const QColor& color)

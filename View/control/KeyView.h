@@ -24,6 +24,10 @@ public:
     void setBackgroundColor(const QColor& color);
     QColor shownColor() const;
 
+signals:
+    // The key's own colour changed; black means it has none.
+    void keyColorChanged(const QColor& color);
+
 protected:
     void paintEvent(QPaintEvent* event) override;
 };

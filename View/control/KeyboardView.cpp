@@ -75,8 +75,14 @@ void KeyboardView::initKeyboard(int type, const QString& kb_image, std::vector<K
     kbOldView->setImageName(kb_image);
     kbOldView->hide();
     keyCapsView = new KeyCapsView(this);
-    for (KeyData& key : kbKeyArraySelect)
-        key.view = new SelectKeyView(this);
+    for (KeyData& key : kbKeyArraySelect) {
+        auto* marker = new SelectKeyView(this);
+        key.view = marker;
+        // A lit key's cap takes its colour; black leaves the cap unlit.
+        connect(keyView(key.index), &KeyView::keyColorChanged, marker, [marker](const QColor& color) {
+            marker->setCapColour(color == QColor(Qt::black) ? QColor() : color);
+        });
+    }
     frameSelectView = new FrameSelectView(this);
     frameSelectView->setGeometry(0, 0, 0, 0);
 
@@ -106,6 +112,28 @@ void KeyboardView::placeChildren()
     for (QWidget* picture : std::initializer_list<QWidget*>{kbImageView, kbNewView, kbOldView, keyCapsView})
         if (picture)
             picture->setGeometry(rect());
+    placeCapFills();
+}
+
+// The caps as the picture paints them at this size, each handed to its key.
+void KeyboardView::placeCapFills()
+{
+    std::vector<std::pair<QString, QRectF>> keys;
+    for (const KeyData& key : kbKeyArraySelect)
+        keys.emplace_back(key.keyname, keyGeometry_[size_t(key.index)]);
+    const auto fills = KeyboardViewPicture::capFills(keys);
+    for (size_t i = 0; i < fills.size(); ++i) {
+        SelectKeyView* marker = selectKeyView(int(i));
+        if (!marker)
+            continue;
+        // The marker sits on the whole pixels of its key.
+        const QPointF shift = keyGeometry_[i].topLeft() - QPointF(marker->geometry().topLeft());
+        KeyboardViewPicture::CapFill cap = fills[i];
+        cap.skirt.translate(shift);
+        cap.face.translate(shift);
+        cap.legend.translate(shift);
+        marker->setCapShape(cap);
+    }
 }
 
 void KeyboardView::setKeyCapTexts(std::vector<QString> texts)

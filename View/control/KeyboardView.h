@@ -10,10 +10,10 @@
 // it knows nothing of stores or the keyboard's protocol.
 //
 // The pointer: a move marks the key under it (hover) and shows its tool tip;
-// a press selects the hovered key (with Left Shift held, in addition to the
-// keys selected before); a drag of more than 6 units draws a rubber band and
-// selects exactly the keys it touches; the release reports the last clicked
-// key by name. What these do for the window is told by notifications:
+// a press selects the hovered key (with Shift held, in addition to the keys
+// selected before; with Ctrl, toggling it); a drag of more than 6 units
+// draws a rubber band and selects exactly the keys it touches (with Shift,
+// in addition); the release reports the last clicked key by name. What these do for the window is told by notifications:
 // "ShowKeyboardToolTipWnd", "keyboardKeyAction" and, after a slide between
 // two pictures, "KeyboardViewAnimationStop".
 
@@ -27,6 +27,7 @@
 
 #include <array>
 #include <optional>
+#include <set>
 #include <vector>
 
 class FrameSelectView;
@@ -67,7 +68,8 @@ public:
 
     // ---- Key colours (KeyboardViewColour.cpp) -----------------------------
     // Gives `color` to every checked key and to the key clicked last, checked
-    // or not. Black takes a key's own colour off.
+    // or not, unless a band or a Ctrl+click has taken it out since. Black
+    // takes a key's own colour off.
     void setCheckItemColor(const QColor& color);
     // Every key back to black (no colour of its own) and unchecked; hover and
     // the last click stay.
@@ -105,7 +107,9 @@ public:
 
     // ---- Pointer (points in view coordinates) ----------------------------
     void mouseMoved(const QPointF& point);
-    void mouseDown(const QPointF& point);
+    // Shift adds the key (or a band's keys) to the selection, Ctrl toggles
+    // the key in it.
+    void mouseDown(const QPointF& point, Qt::KeyboardModifiers modifiers = Qt::NoModifier);
     void mouseDragged(const QPointF& point);
     void mouseUp();
     void mouseEntered();
@@ -131,6 +135,8 @@ protected:
 
 private:
     void placeChildren();
+    void placeCapFills();
+    void toggleKey(int index);
     void setKeyCheck(int index, bool check);
     // Posts the tool tip of one key, or the hiding one for -1.
     void postToolTip(int index);
@@ -141,6 +147,11 @@ private:
     void animationDidEnd();
 
     std::array<QPointer<QAbstractAnimation>, 2> slide_;
+
+    // Whether a colour goes to the key clicked last even when it is not
+    // selected: not after a band or a Ctrl+click took it out.
+    bool lastClickPaints_ = true;
+    std::set<int> bandBase_;  // selected before a band drawn with Shift
 
     QSizeF bounds_;
     std::vector<QRectF> keyGeometry_;  // view coordinates, index = key index

@@ -15,7 +15,7 @@ void KeyboardView::setCheckItemColor(const QColor& color)
     }
     // An index from a larger model can outlive a rebuild: keyView() answers
     // nothing for it.
-    if (KeyView* last = selectKeyItem == -1 ? nullptr : keyView(selectKeyItem))
+    if (KeyView* last = selectKeyItem == -1 || !lastClickPaints_ ? nullptr : keyView(selectKeyItem))
         last->setKeyColor(color);
 }
 

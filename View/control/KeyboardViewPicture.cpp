@@ -2,6 +2,7 @@
 
 #include "View/KeyboardLayout/KeyboardLayouts.h"
 #include "View/control/FlippedRect.h"
+#include "View/control/Theme.h"
 
 #include <QFont>
 #include <QFontMetricsF>
@@ -23,6 +24,7 @@ struct Palette {
 
 // Light caps on the white case, dark caps on every other: the legends take
 // the KeyView colour, black under a white case and white under the others.
+// An unlit light cap is a soft grey, so a key lit white stands out from it.
 Palette paletteFor(int colourType, bool metal)
 {
     const QColor darkSkirt(0x1b, 0x1d, 0x21), darkTop(0x33, 0x36, 0x3c);
@@ -32,7 +34,7 @@ Palette paletteFor(int colourType, bool metal)
     case 4: return {QColor(0x78, 0x5a, 0xa6), QColor(0x56, 0x3c, 0x7e), QColor(0x33, 0x22, 0x4d), QColor(255, 255, 255, 60), darkSkirt, darkTop};
     default:
         return {metal ? QColor(0xe8, 0xeb, 0xef) : QColor(0xec, 0xee, 0xf1), metal ? QColor(0xc6, 0xcc, 0xd4) : QColor(0xdb, 0xdf, 0xe4),
-                QColor(0xa9, 0xb1, 0xbc), QColor(255, 255, 255, 200), QColor(0xd9, 0xdd, 0xe3), QColor(0xfd, 0xfd, 0xfe)};
+                QColor(0xa9, 0xb1, 0xbc), QColor(255, 255, 255, 200), QColor(0xcf, 0xd4, 0xdb), QColor(0xee, 0xf0, 0xf3)};
     }
 }
 
@@ -150,6 +152,47 @@ void cutLegend(QPainter& p, const QRectF& face, const Legend& legend, qreal unit
     p.restore();
 }
 
+WordSizes wordSizesOf(const std::vector<QString>& names, const std::vector<QRectF>& rects, qreal unit)
+{
+    WordSizes wordSizes{{Words::Modifier, qRound(unit * 0.25)}, {Words::Navigation, qRound(unit * 0.25)}};
+    for (size_t i = 0; i < names.size(); ++i)
+        if (const Legend legend = legendOf(names[i]); legend.words != Words::None) {
+            int& size = wordSizes[legend.words];
+            size = std::min(size, fittedPixelSize(legend.upper, size, legendRoom(capOf(rects[i], unit).face)));
+        }
+    return wordSizes;
+}
+
+// One line of text centred in `box`, as QPainter::drawText centres it.
+void addCentredText(QPainterPath& path, const QRectF& box, const QFont& font, const QString& text)
+{
+    const QFontMetricsF metrics(font);
+    const QPointF baseline(box.center().x() - metrics.horizontalAdvance(text) / 2,
+                           box.center().y() + (metrics.ascent() - metrics.descent()) / 2);
+    path.addText(baseline, font, text);
+}
+
+// The legend that cutLegend cuts, as a path: a lit cap draws it in ink.
+QPainterPath legendPath(const QRectF& face, const Legend& legend, qreal unit, const WordSizes& wordSizes)
+{
+    QPainterPath path;
+    if (legend.upper.isEmpty())
+        return path;
+    const qreal room = legendRoom(face);
+    if (legend.words != Words::None) {
+        addCentredText(path, face, legendFont(wordSizes.at(legend.words)), legend.upper);
+    } else if (legend.lower.isEmpty()) {
+        addCentredText(path, face, legendFont(fittedPixelSize(legend.upper, unit * 0.33, room)), legend.upper);
+    } else {
+        const QFont font = legendFont(fittedPixelSize(legend.upper, unit * 0.25, room));
+        const QRectF upper(face.left(), face.top(), face.width(), face.height() * 0.5);
+        const QRectF lower(face.left(), face.center().y(), face.width(), face.height() * 0.5);
+        addCentredText(path, upper.adjusted(0, face.height() * 0.06, 0, 0), font, legend.upper);
+        addCentredText(path, lower.adjusted(0, 0, 0, -face.height() * 0.06), font, legend.lower);
+    }
+    return path;
+}
+
 void paintCase(QPainter& p, const QRectF& box, const Palette& pal, qreal unit)
 {
     const qreal radius = 0.26 * unit;
@@ -197,12 +240,10 @@ void paintKeyboard(QPainter& p, const PictureKind& kind, const QSizeF& size)
         keysBox = keysBox.united(rects.back());
     }
     const qreal unit = rects.front().height();  // one key height sets every proportion
-    WordSizes wordSizes{{Words::Modifier, qRound(unit * 0.25)}, {Words::Navigation, qRound(unit * 0.25)}};
-    for (size_t i = 0; i < keys.size(); ++i)
-        if (const Legend legend = legendOf(keys[i].keyname); legend.words != Words::None) {
-            int& size = wordSizes[legend.words];
-            size = std::min(size, fittedPixelSize(legend.upper, size, legendRoom(capOf(rects[i], unit).face)));
-        }
+    std::vector<QString> names;
+    for (const KeyData& key : keys)
+        names.push_back(key.keyname);
+    const WordSizes wordSizes = wordSizesOf(names, rects, unit);
     // An even rim round the keys, as wide as the picture allows.
     const QRectF all(QPointF(0, 0), size);
     const qreal room = std::min({keysBox.left(), keysBox.top(), all.right() - keysBox.right(), all.bottom() - keysBox.bottom()});
@@ -321,5 +362,44 @@ void KeyboardViewPicture::paintAssignedCap(QPainter& p, const QString& pictureNa
     p.drawText(upper, Qt::AlignCenter, printed);
     p.setPen(functionColour);
     drawFittedFunction(p, lower.adjusted(1, 0, -1, 0), function, unit * 0.25, std::max<qreal>(7.0, unit * 0.15));
+    p.restore();
+}
+
+std::vector<KeyboardViewPicture::CapFill> KeyboardViewPicture::capFills(
+    const std::vector<std::pair<QString, QRectF>>& keys)
+{
+    std::vector<CapFill> fills;
+    if (keys.empty())
+        return fills;
+    std::vector<QString> names;
+    std::vector<QRectF> rects;
+    for (const auto& [name, rect] : keys) {
+        names.push_back(name);
+        rects.push_back(rect);
+    }
+    const qreal unit = rects.front().height();
+    const WordSizes wordSizes = wordSizesOf(names, rects, unit);
+    for (size_t i = 0; i < keys.size(); ++i) {
+        const QPointF origin = rects[i].topLeft();
+        const Cap cap = capOf(rects[i], unit);
+        fills.push_back({cap.skirt.translated(-origin), cap.face.translated(-origin), cap.radius,
+                         legendPath(cap.face, legendOf(names[i]), unit, wordSizes).translated(-origin)});
+    }
+    return fills;
+}
+
+void KeyboardViewPicture::paintCapFill(QPainter& p, const CapFill& cap, const QColor& colour)
+{
+    p.save();
+    p.setRenderHint(QPainter::Antialiasing);
+    p.setPen(Qt::NoPen);
+    // The skirt a shade deeper than the face, as on an unlit cap, so a lit
+    // key keeps the shape of a key.
+    p.setBrush(colour.darker(112));
+    p.drawRoundedRect(cap.skirt, cap.radius, cap.radius);
+    p.setBrush(colour);
+    p.drawRoundedRect(cap.face, cap.radius * 0.8, cap.radius * 0.8);
+    p.setBrush(Theme::legendInkOn(colour));
+    p.drawPath(cap.legend);
     p.restore();
 }

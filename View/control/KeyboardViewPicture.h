@@ -8,8 +8,15 @@
 #include <QColor>
 #include <QImage>
 #include <QPainter>
+#include <QPainterPath>
+#include <QRectF>
 #include <QSize>
 #include <QString>
+
+#include <utility>
+#include <vector>
+
+class QPainter;
 
 namespace KeyboardViewPicture {
 
@@ -29,5 +36,18 @@ bool hasLightCaps(const QString& pictureName);
 // one key, both in the painter's coordinates.
 void paintAssignedCap(QPainter& p, const QString& pictureName, const QString& keyName, const QRectF& key, qreal unit,
                       const QString& function, const QColor& functionColour);
+
+// The parts of a painted key's cap, in the coordinates of the key rectangle
+// given: a lit key is filled over them, so its colour reads as the cap's.
+struct CapFill {
+    QRectF skirt, face;
+    qreal radius = 0;
+    QPainterPath legend;  // the cap's legend as the picture sets it
+};
+// One CapFill per key, from the key names and rectangles of one picture (in
+// the picture's pixels), matching what render() draws for them.
+std::vector<CapFill> capFills(const std::vector<std::pair<QString, QRectF>>& keys);
+// Paints a cap lit in `colour`: skirt, face and a legend that stays readable.
+void paintCapFill(QPainter& p, const CapFill& cap, const QColor& colour);
 
 }  // namespace KeyboardViewPicture

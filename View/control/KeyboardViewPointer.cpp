@@ -83,26 +83,45 @@ void KeyboardView::mouseMoved(const QPointF& point)
     postToolTip(*hit);
 }
 
-void KeyboardView::mouseDown(const QPointF& point)
+void KeyboardView::mouseDown(const QPointF& point, Qt::KeyboardModifiers modifiers)
 {
     if (!isEvent)
         return;
     ptMouseDown = toPicture(point);
+    const bool adding = (modifiers & Qt::ShiftModifier) || shiftKeyStatus == 1;
+    // A band drawn with Shift adds to the keys selected before it.
+    bandBase_.clear();
+    if (adding)
+        for (const KeyData& key : kbKeyArraySelect)
+            if (const SelectKeyView* view = selectKeyView(key.index); view && view->keyCheck)
+                bandBase_.insert(key.index);
     if (hoverKeyItem == -1)
         return;  // beside the keys: a drag may start here
-    if (selectKeyItem != -1 && selectKeyItem != hoverKeyItem)
-        setKeyCheck(selectKeyItem, false);
-    if (selectKeyItem != hoverKeyItem) {
-        selectKeyItem = hoverKeyItem;
-        setKeyCheck(selectKeyItem, true);
+    if (modifiers & Qt::ControlModifier) {
+        toggleKey(hoverKeyItem);
+        return;
     }
-    if (shiftKeyStatus == 1) {
+    selectKeyItem = hoverKeyItem;
+    lastClickPaints_ = true;
+    if (adding) {
         setKeyCheck(hoverKeyItem, true);  // the keys selected before stay
+        bandBase_.insert(hoverKeyItem);
         return;
     }
     for (const KeyData& key : kbKeyArraySelect)
         setKeyCheck(key.index, false);
     setKeyCheck(selectKeyItem, true);
+}
+
+// Ctrl+click: the key joins or leaves the selection; one that leaves is
+// not painted as the last clicked key either.
+void KeyboardView::toggleKey(int index)
+{
+    const SelectKeyView* view = selectKeyView(index);
+    const bool check = !(view && view->keyCheck);
+    setKeyCheck(index, check);
+    selectKeyItem = index;
+    lastClickPaints_ = check;
 }
 
 // Runs whether or not the view takes events yet: a band needs only keys.
@@ -117,7 +136,9 @@ void KeyboardView::mouseDragged(const QPointF& point)
     if (frameSelectView && !bounds_.isEmpty())
         frameSelectView->setGeometry(flippedRect(bounds_, QSizeF(size()), frameSelect).toAlignedRect());
     for (const KeyData& key : kbKeyArraySelect)
-        setKeyCheck(key.index, touches(key.rect, frameSelect));
+        setKeyCheck(key.index, touches(key.rect, frameSelect) || bandBase_.count(key.index));
+    // A band paints the keys it selects, not the key clicked before it.
+    lastClickPaints_ = false;
     update();
 }
 
@@ -176,7 +197,7 @@ void KeyboardView::mouseMoveEvent(QMouseEvent* event)
 void KeyboardView::mousePressEvent(QMouseEvent* event)
 {
     if (event->button() == Qt::LeftButton)
-        mouseDown(event->position());
+        mouseDown(event->position(), event->modifiers());
 }
 
 void KeyboardView::mouseReleaseEvent(QMouseEvent* event)

@@ -3,6 +3,8 @@
 #include "View/control/KeyView.h"
 #include "View/control/NamedImageView.h"
 
+#include <QPainter>
+
 SelectKeyView::SelectKeyView(QWidget* parent) : QWidget(parent)
 {
     setAttribute(Qt::WA_TransparentForMouseEvents);
@@ -36,4 +38,26 @@ void SelectKeyView::resizeEvent(QResizeEvent*)
 {
     if (imageView)
         imageView->setGeometry(rect());
+}
+
+void SelectKeyView::setCapShape(const KeyboardViewPicture::CapFill& cap)
+{
+    cap_ = cap;
+    update();
+}
+
+void SelectKeyView::setCapColour(const QColor& colour)
+{
+    if (colour == capColour_)
+        return;
+    capColour_ = colour;
+    update();
+}
+
+void SelectKeyView::paintEvent(QPaintEvent*)
+{
+    if (!capColour_.isValid() || cap_.face.isEmpty())
+        return;
+    QPainter p(this);
+    KeyboardViewPicture::paintCapFill(p, cap_, capColour_);
 }

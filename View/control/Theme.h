@@ -31,6 +31,16 @@ inline QColor floatingShadow() { return QColor(0x9a, 0xa1, 0xab); }
 // Behind the row of the effect in force.
 inline QColor selectedRow() { return QColor(0xe9, 0xf4, 0xff); }
 
+// The legend on a lit key cap: near-black on light colours (yellow, pale
+// green, white), white on dark ones (blue, red, purple), by the colour's
+// perceived lightness.
+inline QColor legendInkOn(const QColor& fill)
+{
+    const QColor rgb = fill.toRgb();
+    const double lightness = 0.299 * rgb.redF() + 0.587 * rgb.greenF() + 0.114 * rgb.blueF();
+    return lightness > 0.55 ? normalText() : QColor(0xff, 0xff, 0xff);
+}
+
 // The colour of a label's text, kept in its palette.
 inline void setTextColor(QLabel* label, const QColor& color)
 {

@@ -6,6 +6,7 @@
 #include "View/control/NamedImageView.h"
 #include "View/control/Theme.h"
 
+#include <QMouseEvent>
 #include <QPainter>
 
 namespace {
@@ -46,7 +47,10 @@ void UserLightTableItemView::initView(int index)
 
     textView = new QLineEdit(this);
     textView->setProperty("tag", kNameTag);
-    textView->setGeometry(flippedRect(kRowHeight, 25, 12, 65, 16));
+    // The name takes the row up to the buttons.
+    textView->setGeometry(flippedRect(kRowHeight, 25, 12, kRowWidth - 25 - 72, 16));
+    textView->setContextMenuPolicy(Qt::NoContextMenu);
+    textView->installEventFilter(this);
     textView->setAlignment(Qt::AlignLeft | Qt::AlignVCenter);
     textView->setFrame(false);
     textView->setReadOnly(true);
@@ -58,13 +62,13 @@ void UserLightTableItemView::initView(int index)
     connect(textView, &QLineEdit::editingFinished, this, [this] {
         if (!textView->isReadOnly() && textView->isModified()) {
             textView->setModified(false);
-            post(kTypeRename, textView->text());
+            post(kTypeRename, textView->text().trimmed());
         }
     });
 
-    importBtnView = makeButton(90, kButtonStems[0], kTypeImport);
-    exportBtnView = makeButton(115, kButtonStems[1], kTypeExport);
-    delBtnView = makeButton(138, kButtonStems[2], kTypeDelete);
+    importBtnView = makeButton(kRowWidth - 70, kButtonStems[0], kTypeImport);
+    exportBtnView = makeButton(kRowWidth - 45, kButtonStems[1], kTypeExport);
+    delBtnView = makeButton(kRowWidth - 22, kButtonStems[2], kTypeDelete);
 }
 
 ImageButton* UserLightTableItemView::makeButton(int x, const QString& stem, int type)
@@ -82,6 +86,7 @@ void UserLightTableItemView::setDown(bool bDown)
     if (textView) {
         textView->setReadOnly(!bDown);
         textView->setAttribute(Qt::WA_TransparentForMouseEvents, !bDown);
+        showName();
     }
     if (iconView)
         iconView->setImageName(bDown ? QStringLiteral("icon_userlight_h") : QStringLiteral("icon_userlight_n"));
@@ -131,4 +136,44 @@ void UserLightTableItemView::post(int type, const QString& text)
     if (type == kTypeRename)
         object.insert(QStringLiteral("text"), text);
     NotificationCenter::defaultCenter().post(QStringLiteral("UserLightTableViewButton"), object);
+}
+
+void UserLightTableItemView::setName(const QString& name)
+{
+    name_ = name;
+    showName();
+}
+
+void UserLightTableItemView::showName()
+{
+    if (!textView)
+        return;
+    const QString shown = isDown ? name_
+                                 : textView->fontMetrics().elidedText(name_, Qt::ElideRight,
+                                                                      textView->width() - 4);
+    textView->setText(shown);
+    textView->setModified(false);
+    textView->setToolTip(shown == name_ ? QString() : name_);
+}
+
+void UserLightTableItemView::setButtonTips(const QString& importTip, const QString& exportTip,
+                                           const QString& deleteTip)
+{
+    if (!initFinish)
+        return;
+    importBtnView->setToolTip(importTip);
+    exportBtnView->setToolTip(exportTip);
+    delBtnView->setToolTip(deleteTip);
+}
+
+// The name field would open its own Cut/Copy/Paste menu; the row's light
+// menu is the one wanted there.
+bool UserLightTableItemView::eventFilter(QObject* watched, QEvent* event)
+{
+    if (watched == textView && event->type() == QEvent::MouseButtonRelease
+        && static_cast<QMouseEvent*>(event)->button() == Qt::RightButton) {
+        NotificationCenter::defaultCenter().post(QStringLiteral("UserLightTableViewMenu"), tableViewIndex);
+        return true;
+    }
+    return QWidget::eventFilter(watched, event);
 }

@@ -269,13 +269,15 @@ TEST_F(KeyMenu, ARubberBandOverTwoKeysOpensTheLightMenuNotTheKeyMenu)
     EXPECT_EQ(std::pair(light->menu_type, light->size()), std::pair(1, QSize(160, 90)));
     EXPECT_EQ(light->menuitem_light_custom->textView->text(), "Light Up RGB");
     screenshot(light, "light-menu-keys");
-    // "Light Up RGB" only closes the menus.
+    // "Light Up RGB" closes the menus and assigns no key.
     click(light->menuitem_light_custom);
     EXPECT_FALSE(anyFloatingWindowShown());
     EXPECT_EQ(storedRow(41), ProfileKey{});
 
-    // On the user light tab a click paints: the colour panel, no menu.
+    // On the user light tab, with a light to paint, a click paints: the
+    // colour panel, no menu.
     controller->action_userlightmode_tab();
+    controller->UserLightTableMenuMsg(166);
     clickKey(kEscape);
     EXPECT_TRUE(controller->colorPanel && controller->colorPanel->isVisible());
     EXPECT_FALSE(controller->keyboardKeyMenu->isVisible() || controller->kbKeyLightSubMenu->isVisible());
@@ -324,7 +326,7 @@ TEST_F(KeyMenu, MenusTakeTheLanguageInForceAtTheirNextShowingAndKeepStoredTexts)
     screenshot(controller->kbKeyMacroSubMenu, "key-submenu-macro");
 
     // The light menu's shapes: the second's six entries, then the third's one.
-    for (const auto& [type, height, entries] : {std::tuple(2, 246, 6), std::tuple(3, 46, 1), std::tuple(1, 90, 2)}) {
+    for (const auto& [type, height, entries] : {std::tuple(2, 246, 6), std::tuple(3, 86, 2), std::tuple(1, 90, 2)}) {
         controller->showKeyLightSubMenu(type);
         KeySubMenuLightViewController* light = controller->kbKeyLightSubMenu;
         int shown = 0;

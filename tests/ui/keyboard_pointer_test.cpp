@@ -1,5 +1,5 @@
 // The keyboard picture driven by the pointer: hover and its tool tip, click
-// and Shift-click selection, the rubber band, the key report on release, a
+// Shift-click, Ctrl-click and Shift-band selection, the rubber band, the key report on release, a
 // rebuild under the pointer and the slide between two pictures.
 #include "Common/Globals.h"
 #include "Common/NotificationCenter.h"
@@ -81,20 +81,33 @@ TEST_F(KeyboardPointer, HoverShowsTheToolTipAndAMarkerOnlyOnKeysCheckedBefore)
     EXPECT_EQ(last["ShowKeyboardToolTipWnd"].toMap(), hiddenTip);
 }
 
-TEST_F(KeyboardPointer, AClickSelectsOneKeyShiftAddsToABandAndReleaseReportsTheLastClicked)
+TEST_F(KeyboardPointer, AClickSelectsOneKeyShiftAddsCtrlTogglesAndReleaseReportsTheLastClicked)
 {
     click(16);
     EXPECT_EQ(keys(), Keys{16});
     EXPECT_EQ(last["keyboardKeyAction"], QVariant("w"));
-    shiftKeyStatus = 1;
-    click(17);
-    EXPECT_EQ(keys(), Keys{17});  // the earlier click's key leaves the selection
+    pointTo(centre(17));
+    QTest::mouseClick(view, Qt::LeftButton, Qt::ShiftModifier, centre(17));
+    EXPECT_EQ(keys(), (Keys{16, 17}));
+    shiftKeyStatus = 1;  // Left Shift as the input capture sees it adds too
+    click(18);
     shiftKeyStatus = 0;
+    EXPECT_EQ(keys(), (Keys{16, 17, 18}));
+    pointTo(centre(17));
+    QTest::mouseClick(view, Qt::LeftButton, Qt::ControlModifier, centre(17));
+    EXPECT_EQ(keys(), (Keys{16, 18}));
+    // The key Ctrl took out is not painted as the last clicked key.
+    view->setCheckItemColor(Qt::red);
+    EXPECT_EQ(std::tuple(view->keyView(16)->keyColor, view->keyView(17)->keyColor, view->keyView(18)->keyColor),
+              std::tuple(QColor(Qt::red), QColor(Qt::black), QColor(Qt::red)));
+    QTest::mouseClick(view, Qt::LeftButton, Qt::ControlModifier, centre(17));
+    EXPECT_EQ(keys(), (Keys{16, 17, 18}));
+    click(16);
 
     pointTo(kLeftOfEscape);
     QTest::mousePress(view, Qt::LeftButton, {}, kLeftOfEscape);
     QTest::mouseMove(view, kLeftOfEscape + QPoint(6, 0));
-    EXPECT_EQ(keys(), Keys{17});  // 6 units is still a click
+    EXPECT_EQ(keys(), Keys{16});  // 6 units is still a click
     QTest::mouseMove(view, kLeftOfEscape + QPoint(7, 0));
     EXPECT_EQ(std::pair(view->frameSelect, keys()), std::pair(QRectF(5, 200, 7, 0), Keys{0}));  // a flat band
     QTest::mouseMove(view, QPoint(100, 85));
@@ -105,12 +118,18 @@ TEST_F(KeyboardPointer, AClickSelectsOneKeyShiftAddsToABandAndReleaseReportsTheL
         window.grab(view->geometry().adjusted(-20, -20, 20, 20)).save(dir + "/kb-rubber-band.png");
     QTest::mouseMove(view, QPoint(100, 85));
     QTest::mouseRelease(view, Qt::LeftButton, {}, QPoint(100, 85));
-    // The release reports the last clicked key, though the band dropped it.
-    EXPECT_EQ(std::pair(view->frameSelectView->geometry(), last["keyboardKeyAction"]), std::pair(QRect(), QVariant("e")));
+    // The release reports the last clicked key, though the band dropped it,
+    // and a colour then goes to the band's keys alone.
+    EXPECT_EQ(std::pair(view->frameSelectView->geometry(), last["keyboardKeyAction"]), std::pair(QRect(), QVariant("w")));
+    view->setCheckItemColor(Qt::yellow);
+    EXPECT_EQ(std::pair(view->keyView(0)->keyColor, view->keyView(16)->keyColor), std::pair(QColor(Qt::yellow), QColor(Qt::red)));
 
-    shiftKeyStatus = 1;
-    click(30);
-    EXPECT_EQ(keys(), (Keys{0, 1, 2, 14, 15, 30}));
+    // A band drawn with Shift adds its keys to those selected.
+    pointTo(QPoint(300, 230));
+    QTest::mousePress(view, Qt::LeftButton, Qt::ShiftModifier, QPoint(300, 230));
+    QTest::mouseMove(view, QPoint(360, 200));
+    QTest::mouseRelease(view, Qt::LeftButton, Qt::ShiftModifier, QPoint(360, 200));
+    EXPECT_EQ(keys(), (Keys{0, 1, 2, 14, 15, 56}));
 }
 
 TEST_F(KeyboardPointer, ARebuildUnderThePointerForgetsTheKeysOfTheLargerModel)

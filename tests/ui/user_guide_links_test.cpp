@@ -107,7 +107,11 @@ TEST_F(GuideAndLinks, TheLinksOpenTheProductsAddressesAndTheShopKeepsThePage)
     EXPECT_EQ(opened_, expected);
     EXPECT_EQ(controller_.viewType, page);
 
-    opens_ = false;  // no browser on this desktop
+    opens_ = false;  // no browser on this desktop: each link says so, once
     controller_.action_homewebsite();
-    EXPECT_TRUE(controller_.label_problem->text().contains("https://orvane.com"));
+    controller_.action_chatwebsite();
+    controller_.action_homewebsite();
+    const QString said = controller_.label_problem->text();
+    EXPECT_EQ(said.count("https://orvane.com"), 1);
+    EXPECT_TRUE(said.contains(expected[2].toDisplayString()));
 }

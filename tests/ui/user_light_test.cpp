@@ -5,6 +5,9 @@
 #include "Common/NotificationCenter.h"
 #include "HIDDevice/Platform/Virtual/VirtualHidManager.h"
 #include "SQLite/DeviceSQLite.h"
+#include "SQLite/LightSQLite.h"
+#include "View/CustomMenu/KeySubMenuLightViewController.h"
+#include "View/control/MenuItemView.h"
 #include "Simulator/VirtualKeyboard.h"
 #include "View/KeyboardLayout/KeyCodeMaps.h"
 #include "View/MainController.h"
@@ -21,8 +24,13 @@
 #include <QColorDialog>
 #include <QDir>
 #include <QImageWriter>
+#include <QLabel>
 #include <QListWidget>
+#include <QMessageBox>
+#include <QPushButton>
+#include <QTemporaryDir>
 #include <QTest>
+#include <QUrl>
 #include <gtest/gtest.h>
 
 using namespace testing_support;
@@ -32,6 +40,12 @@ namespace {
 
 class UserLight : public ::testing::Test, protected VirtualSession {
 protected:
+    UserLight()
+        : VirtualSession([this](MainController::Environment& env) {
+              env.chooseExchangeFile = [this](const ExchangeDialog&) { return QUrl::fromLocalFile(files.path()).toString(); };
+          })
+    {
+    }
     void SetUp() override
     {
         ASSERT_TRUE(QTest::qWaitForWindowExposed(controller.get()));
@@ -51,7 +65,7 @@ protected:
     // Selects the keys `from` to `to` of one row of the picture, by a click
     // or a drag across them, and picks `colour` in the dialog the release
     // opens.
-    void paint(int from, int to, const QColor& colour)
+    void select(int from, int to)
     {
         const QPoint start = view().keyGeometry(from).center().toPoint();
         const QPoint end = view().keyGeometry(to).center().toPoint();
@@ -60,6 +74,10 @@ protected:
         QTest::mousePress(&view(), Qt::LeftButton, {}, start);
         QTest::mouseMove(&view(), end);
         QTest::mouseRelease(&view(), Qt::LeftButton, {}, end);
+    }
+    void paint(int from, int to, const QColor& colour)
+    {
+        select(from, to);
         ASSERT_TRUE(controller->colorPanel && controller->colorPanel->isVisible());
         controller->colorPanel->setCurrentColor(colour);
         QApplication::processEvents();
@@ -80,6 +98,27 @@ protected:
                 frames.push_back(hexFromBytes({trace[i].data.begin(), trace[i].data.end()}));
         return frames;
     }
+    std::vector<std::string> framesSince(std::size_t from)  // every frame sent, whole
+    {
+        std::vector<std::string> frames;
+        const auto trace = keyboard->recentTrace();
+        for (std::size_t i = from; i < trace.size(); ++i)
+            if (trace[i].op == TraceRecord::Op::Set)
+                frames.push_back(hexFromBytes({trace[i].data.begin(), trace[i].data.end()}));
+        return frames;
+    }
+    std::vector<RGBData> colours(int64_t mode)
+    {
+        std::vector<RGBData> rows;
+        controller->deviceDB->queryKeyRGB(1, mode, rows);
+        return rows;
+    }
+    void clickRowButton(int row, ImageButton* UserLightTableItemView::*button)
+    {
+        QTest::mouseClick(controller->userLightRowView(row)->*button, Qt::LeftButton);
+        QApplication::processEvents();
+    }
+    QTemporaryDir files;
     void screenshot(const QString& name, const QRect& area)
     {
         // Saved as docs/screenshots/<name>.png when ORVANE_SCREENSHOT_DIR names a folder.
@@ -165,7 +204,8 @@ TEST_F(UserLight, RowsRenameAndDeleteTheirModesAndTheMenuRequestIsGated)
     EXPECT_EQ(controller->userLightRowView(1)->textView->text(), "Sunset");
 
     NotificationCenter::defaultCenter().post("UserLightTableViewButton", QVariantMap{{"type", 4}, {"index", 0}});
-    QTest::mouseClick(controller->userLightRowView(0)->delBtnView, Qt::LeftButton);
+    clickRowButton(0, &UserLightTableItemView::delBtnView);
+    QTest::mouseClick(controller->window()->findChild<QPushButton*>("deleteLightOK"), Qt::LeftButton);
     QApplication::processEvents();
     list.clear();
     controller->deviceDB->queryUserLightList(list);
@@ -210,4 +250,159 @@ TEST_F(UserLight, ShowingAModeColoursEachModelsKeysAndSkipsKeysTheModelLacks)
         const char* name = deviceType == 2 ? "68k" : deviceType == 1 ? "61k" : "61k-cnc";
         screenshot(QStringLiteral("user-light-painted-%1").arg(name), QRect(195, 105, 700, 350));
     }
+}
+
+TEST_F(UserLight, PickingTheSameColourAgainPaintsTheKeysSelectedSince)
+{
+    menu(166);
+    select(5, 5);
+    ASSERT_TRUE(controller->colorPanel && controller->colorPanel->isVisible());
+    const QPoint placed = controller->colorPanel->pos();
+    QWidget* swatches = nullptr;
+    for (QWidget* part : controller->colorPanel->findChildren<QWidget*>())
+        if (!swatches && part->inherits("QWellArray"))
+            swatches = part;
+    ASSERT_TRUE(swatches);
+    const QPoint cell(swatches->width() * 3 / 16, swatches->height() / 12);  // the second basic colour
+    QTest::mouseClick(swatches, Qt::LeftButton, {}, cell);
+    QApplication::processEvents();
+    const QColor picked = controller->colorPanel->currentColor();
+    EXPECT_EQ(view().keyView(5)->keyColor, picked);
+    // Another key, the same swatch: no change for the panel, a paint for us.
+    select(30, 30);
+    QTest::mouseClick(swatches, Qt::LeftButton, {}, cell);
+    ASSERT_TRUE(waitUntil([&] { return view().keyView(30)->keyColor == picked; }));
+    EXPECT_EQ(view().keyView(30)->keyColor, picked);
+    EXPECT_EQ(colours(1).size(), 2u);
+    // The panel stays where it was put; a key click does not move it.
+    EXPECT_EQ(controller->colorPanel->pos(), placed);
+}
+
+TEST_F(UserLight, EachRowActsOnItsOwnLightAndADeletedLightTakesItsColours)
+{
+    menu(166);
+    menu(166);
+    // Add Light highlights the new row and paints on it.
+    EXPECT_TRUE(controller->userLightRowView(1)->isDown && !controller->userLightRowView(0)->isDown);
+    paint(10, 10, Qt::green);
+    selectRow(0);
+    paint(3, 4, QColor(0xFF, 0x80, 0x00));
+    EXPECT_EQ(controller->currentUserLightMode, 1);
+
+    // The second row's export, while the first is highlighted.
+    clickRowButton(1, &UserLightTableItemView::exportBtnView);
+    const QStringList written = QDir(files.path()).entryList({"*.light"});
+    ASSERT_EQ(written.size(), 1);
+    LightSQLite file(QUrl::fromLocalFile(QDir(files.path()).filePath(written[0])).toString(), ExchangeAccess::Import);
+    QString name, mark1, mark2;
+    file.readLightData(name, mark1, mark2);
+    std::vector<LEDData> leds;
+    file.getlightLedData(leds);
+    EXPECT_EQ(std::tuple(name, mark1, mark2), std::tuple(QString("Light 2"), QString("666"), QString("888")));
+    ASSERT_EQ(leds.size(), 1u);
+    EXPECT_EQ(std::pair(leds[0].keyvalue, leds[0].rgbvalue), std::pair(codeOf(10), 0x00FF00));
+
+    // Delete asks first; Cancel keeps the light, OK takes it and its colours.
+    for (const char* answer : {"deleteLightCancel", "deleteLightOK"}) {
+        clickRowButton(1, &UserLightTableItemView::delBtnView);
+        auto* alert = controller->window()->findChild<QMessageBox*>("deleteLightAlert");
+        ASSERT_TRUE(alert && alert->isVisible());
+        EXPECT_TRUE(alert->text().contains("Light 2"));
+        QTest::mouseClick(alert->findChild<QPushButton*>(answer), Qt::LeftButton);
+        QApplication::processEvents();
+    }
+    ASSERT_EQ(controller->userlightmode_table->count(), 1);
+    EXPECT_TRUE(colours(2).empty());
+    menu(166);  // comes back under id 2, unpainted
+    EXPECT_EQ(controller->currentUserLightMode, 2);
+    EXPECT_TRUE(colours(2).empty());
+    EXPECT_EQ(view().keyView(10)->keyColor, QColor(Qt::black));
+}
+
+TEST_F(UserLight, TheNameRefusesEmptinessAndItsRightClickOpensTheLightMenu)
+{
+    menu(166);
+    std::vector<int> shown;
+    controller->showLightMenu = [&](int type) { shown.push_back(type); };
+    controller->timetickcount = 0;
+    UserLightTableItemView* row = controller->userLightRowView(0);
+    ASSERT_TRUE(row->isDown);
+    QTest::mouseClick(row->textView, Qt::RightButton, {}, QPoint(5, 5));
+    EXPECT_EQ(shown, std::vector<int>{2});
+    row->textView->selectAll();
+    QTest::keyClick(row->textView, Qt::Key_Delete);
+    QTest::keyClick(row->textView, Qt::Key_Return);
+    QApplication::processEvents();
+    std::vector<userLightData> list;
+    controller->deviceDB->queryUserLightList(list);
+    EXPECT_EQ(list[0].name, "Light 1");
+    EXPECT_EQ(row->textView->text(), "Light 1");
+    auto* problem = controller->findChild<QLabel*>("label_problem");
+    EXPECT_TRUE(problem && problem->isVisible() && problem->text().contains("needs a name"));
+    EXPECT_EQ(row->exportBtnView->toolTip(), "Export this light");
+}
+
+TEST_F(UserLight, TurnOffClearsTheSelectedKeysAndTheSlotGetsExactlyTheRest)
+{
+    menu(166);
+    paint(3, 6, Qt::red);
+    controller->action_func_light();
+    controller->action_func_key();
+    // Two keys by a band on the key page raise the light menu.
+    select(4, 5);
+    KeySubMenuLightViewController* lightMenu = controller->kbKeyLightSubMenu;
+
+    ASSERT_TRUE(lightMenu && lightMenu->isVisible() && lightMenu->menuitem_light_reset->isVisible());
+    QTest::mouseClick(lightMenu->menuitem_light_reset, Qt::LeftButton);
+    QApplication::processEvents();
+    EXPECT_EQ(colours(1).size(), 2u);
+    const std::size_t traced = keyboard->recentTrace().size();
+    menu(167);
+    settle();
+    std::vector<uint8_t> block(576, 0);
+    for (int key : {3, 6}) {
+        const int led = ledOf(key);
+        block[size_t(led) * 4] = uint8_t(led);
+        block[size_t(led) * 4 + 1] = 0xFF;
+    }
+    block[574] = 0xAA;
+    block[575] = 0x55;
+    const auto frame = [](std::initializer_list<uint8_t> leading) { return hexFromBytes(report(leading)); };
+    std::vector<std::string> expected{frame({4, 0x18}), frame({4, 0x23, 0x81, 0, 0, 0, 0, 0, 9})};
+    for (int i = 0; i < 9; ++i)
+        expected.push_back(hexFromBytes({block.begin() + i * 64, block.begin() + (i + 1) * 64}));
+    expected.push_back(frame({4, 0x02}));
+    expected.push_back(frame({4, 0xf0}));
+    const auto sent = framesSince(traced);
+    ASSERT_GE(sent.size(), expected.size());
+    EXPECT_EQ(std::vector<std::string>(sent.begin(), sent.begin() + long(expected.size())), expected);
+    EXPECT_EQ(controller->findChild<QLabel*>("label_exchange")->text(), "Saved to custom mode 1");
+
+    // Light Up RGB: full white on the selected keys.
+    select(4, 5);
+    QTest::mouseClick(controller->kbKeyLightSubMenu->menuitem_light_custom, Qt::LeftButton);
+    QApplication::processEvents();
+    EXPECT_EQ(view().keyView(4)->keyColor, QColor(Qt::white));
+    EXPECT_EQ(colours(1).size(), 4u);
+}
+
+TEST_F(UserLight, The68KeyPictureWithA61KeyKeyboardNeitherPaintsNorSaves)
+{
+    menu(166);
+    controller->setCurrentDevice(2);  // the 68-key picture, the 61-key keyboard connected
+    auto* notice = controller->findChild<QLabel*>("userLightNotice");
+    ASSERT_TRUE(notice && notice->isVisible());
+    EXPECT_TRUE(notice->text().contains("ORVANE M61"));
+    select(60, 60);
+    EXPECT_FALSE(controller->colorPanel && controller->colorPanel->isVisible());
+    EXPECT_TRUE(colours(1).empty());
+    const std::size_t traced = keyboard->recentTrace().size();
+    menu(167);
+    settle();
+    EXPECT_TRUE(framesSince(traced).empty());
+    // The metal-case picture fits a 61-key keyboard: painting is on again.
+    controller->setCurrentDevice(0);
+    EXPECT_FALSE(notice->isVisible());
+    paint(10, 10, Qt::red);
+    EXPECT_EQ(colours(1).size(), 1u);
 }

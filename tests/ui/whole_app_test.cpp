@@ -301,6 +301,6 @@ TEST_F(WholeApp, ScreenshotsOfEveryPageOfEachModelInBothLanguages)
     save("window-61k-cnc-painted-en");
     // The one line an export ends with.
     answer = QUrl::fromLocalFile(files.path()).toString();
-    c.exportLightData();
+    c.exportLightData(0);
     save("window-light-exported-en");
 }

@@ -11,6 +11,7 @@
 #include "support/StoreTestSupport.h"
 #include "support/WaitUntil.h"
 
+#include <QLabel>
 #include <QTest>
 #include <gtest/gtest.h>
 
@@ -93,4 +94,33 @@ TEST_F(WindowWithoutKeyboard, TheSlidePicturesFollowEachModelsStoredCaseColour)
     EXPECT_EQ(controller_.getOldAnimationImage(), "kb_61k");  // no blue 61-key: white
     EXPECT_EQ(controller_.getNewAnimationImage(2), "kb_61k_cnc_purple");
     EXPECT_EQ(controller_.getNewAnimationImage(0), "kb_68k_black");
+}
+
+TEST_F(WindowWithoutKeyboard, TheNoKeyboardStateCoversThePagesInEitherLanguageAndQtsDialogsFollow)
+{
+    auto* pane = controller_.findChild<QWidget*>("noKeyboardPane");
+    ASSERT_TRUE(pane && pane->isVisible());
+    EXPECT_EQ(controller_.findChild<QLabel*>("noKeyboardTitle")->text(), "Connect your keyboard");
+    // What needs the keyboard or its database can't be used, on every page.
+    EXPECT_FALSE(controller_.btn_macro_newmacro->isEnabled());
+    QTest::mouseClick(controller_.func_light, Qt::LeftButton);
+    EXPECT_FALSE(controller_.light_view->isEnabled() || controller_.userlight_view->isEnabled());
+    EXPECT_TRUE(pane->isVisible() && pane->geometry().contains(controller_.light_view->geometry().center()));
+    // On the system page it covers the key locks only: starting with the
+    // desktop needs no keyboard.
+    QTest::mouseClick(controller_.func_set, Qt::LeftButton);
+    const QPoint autostart = controller_.switch_autostart->mapTo(&controller_, controller_.switch_autostart->rect().center());
+    const QPoint lock = controller_.lockSwitches[0]->mapTo(&controller_, controller_.lockSwitches[0]->rect().center());
+    EXPECT_TRUE(pane->geometry().contains(lock) && !controller_.lockSwitches[0]->isEnabled());
+    EXPECT_FALSE(pane->geometry().contains(autostart));
+    EXPECT_TRUE(controller_.switch_autostart->isEnabled());
+    controller_.noteKeyboardUnreachable("/dev/hidraw3 is not yours to open");
+    auto* why = controller_.findChild<QLabel*>("noKeyboardWhy");
+    EXPECT_TRUE(why->isVisible() && why->text().contains("/dev/hidraw3"));
+
+    controller_.switchLanguage(kLanguageChinese);
+    EXPECT_EQ(controller_.findChild<QLabel*>("noKeyboardTitle")->text(), QString::fromUtf8("请连接您的键盘"));
+    EXPECT_EQ(QCoreApplication::translate("QPlatformTheme", "Cancel"), QString::fromUtf8("取消"));
+    controller_.switchLanguage(kLanguageEnglish);
+    EXPECT_EQ(QCoreApplication::translate("QPlatformTheme", "Cancel"), "Cancel");
 }
