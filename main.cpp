@@ -1,4 +1,5 @@
 #include "AppDelegate.h"
+#include "Common/StandardStreams.h"
 #include "HIDDevice/Platform/Doctor.h"
 
 #include <QApplication>
@@ -9,6 +10,7 @@
 
 int main(int argc, char** argv)
 {
+    openClosedStandardStreams();
     // The doctor is for a terminal, perhaps one without a display, so it
     // runs before any window could be made.
     for (int i = 1; i < argc; ++i)

@@ -3,13 +3,15 @@
 #include "Common/OutputLine.h"
 
 #include <QFileInfo>
+#include <QUrlQuery>
 
 std::unique_ptr<SQLite::Database> ExchangeFile::open(const QString& dbUri, ExchangeAccess access, std::string& failure)
 {
     const int flags = access == ExchangeAccess::Export ? SQLite::OPEN_READWRITE | SQLite::OPEN_CREATE | SQLite::OPEN_URI
                                                        : SQLite::OPEN_READONLY | SQLite::OPEN_URI;
     try {
-        auto db = std::make_unique<SQLite::Database>(dbUri.toStdString(), flags);
+        const QString uri = access == ExchangeAccess::Export ? dbUri : readOnlyUri(dbUri);
+        auto db = std::make_unique<SQLite::Database>(uri.toStdString(), flags);
         OutputLine::print("init: connect success");
         return db;
     } catch (const std::exception& e) {
@@ -56,4 +58,14 @@ QString ExchangeFile::displayName(const QString& dbUri)
 {
     const QUrl url(dbUri);
     return url.isLocalFile() ? QFileInfo(url.toLocalFile()).fileName() : dbUri;
+}
+
+QString ExchangeFile::readOnlyUri(const QString& dbUri)
+{
+    QUrl url(dbUri);
+    QUrlQuery query(url);
+    query.addQueryItem(QStringLiteral("mode"), QStringLiteral("ro"));
+    query.addQueryItem(QStringLiteral("immutable"), QStringLiteral("1"));
+    url.setQuery(query);
+    return url.toString(QUrl::FullyEncoded);
 }

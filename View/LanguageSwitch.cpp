@@ -99,6 +99,8 @@ void MainController::LanguageSwicth()
     // The guide and web link buttons' tool tips.
     setLinkToolTips();
     setWindowButtonToolTips();
+    if (label_problem)
+        label_problem->retranslate();
 }
 
 void MainController::setWindowButtonToolTips()

@@ -18,6 +18,10 @@ inline QColor panel() { return QColor(0xff, 0xff, 0xff); }
 inline QColor panelBorder() { return QColor(0xe3, 0xe6, 0xea); }
 // Behind the row of the effect in force.
 inline QColor selectedRow() { return QColor(0xe9, 0xf4, 0xff); }
+// The window's messages: dark amber text on a pale amber panel.
+inline QColor messageText() { return QColor(0x3d, 0x2a, 0x00); }
+inline QColor messageBackground() { return QColor(0xff, 0xf4, 0xe5); }
+inline QColor messageBorder() { return QColor(0xf0, 0xc3, 0x6d); }
 
 // The colour of a label's text, kept in its palette.
 inline void setTextColor(QLabel* label, const QColor& color)

@@ -211,3 +211,16 @@ TEST_F(UserLight, ShowingAModeColoursEachModelsKeysAndSkipsKeysTheModelLacks)
         screenshot(QStringLiteral("user-light-painted-%1").arg(name), QRect(195, 105, 700, 350));
     }
 }
+
+TEST_F(UserLight, TheColourPanelClosesWhenTheWindowHidesAndStaysClosedWhenItAppearsAgain)
+{
+    menu(166);
+    selectRow(0);
+    paint(3, 3, Qt::red);
+    QWidget* window = controller->window();
+    window->hide();
+    EXPECT_FALSE(controller->colorPanel->isVisible());
+    window->show();
+    QApplication::processEvents();
+    EXPECT_FALSE(controller->colorPanel->isVisible()) << "no panel of a click made before";
+}
