@@ -122,8 +122,12 @@ void MessagePanel::fit()
         hide();
         return;
     }
-    widget()->adjustSize();
-    const int needed = widget()->layout()->heightForWidth(band_.width() - 2) + 2;
+    // Each row as tall as its wrapped text needs at the panel's width.
+    const QMargins margins = rows_->contentsMargins();
+    const int rowWidth = band_.width() - 2 - margins.left() - margins.right() - verticalScrollBar()->sizeHint().width();
+    int needed = 2 + margins.top() + margins.bottom() + rows_->spacing() * (count() - 1);
+    for (const Message& message : messages_)
+        needed += std::max(message.row->heightForWidth(rowWidth), message.row->sizeHint().height());
     const int height = std::min(needed, band_.height());
     setGeometry(band_.x(), band_.bottom() + 1 - height, band_.width(), height);
     show();
