@@ -1,5 +1,6 @@
 #include "AppDelegate.h"
 #include "Common/DataPaths.h"
+#include "Common/StandardStreams.h"
 #include "Desktop/SingleInstance.h"
 #include "HIDDevice/Platform/Doctor.h"
 
@@ -47,6 +48,7 @@ void nameTheApplication()
 
 int main(int argc, char** argv)
 {
+    openClosedStandardStreams();
     // What only prints (the doctor, --help, --version, a refused option) is
     // for a terminal, perhaps one without a display, so it is done before
     // anything could need one.

@@ -1,6 +1,7 @@
 #include "Common/AppOptions.h"
 
 #include <QCommandLineParser>
+#include <QFile>
 
 #include <cmath>
 
@@ -75,6 +76,14 @@ std::optional<AppOptions> parseAppOptions(const QStringList& arguments, QString&
         return std::nullopt;
     }
     options.traceFile = parser.value(trace);
+    // Said now, not a second later on standard error when the keyboard plugs in.
+    if (!options.traceFile.isEmpty()) {
+        QFile file(options.traceFile);
+        if (!file.open(QIODevice::WriteOnly | QIODevice::Append)) {
+            error = QStringLiteral("--trace: cannot write to \"%1\": %2.").arg(options.traceFile, file.errorString());
+            return std::nullopt;
+        }
+    }
     options.dataDir = parser.value(dataDir);
     // An empty folder would silently mean the default one.
     if (parser.isSet(dataDir) && options.dataDir.isEmpty()) {

@@ -70,6 +70,7 @@ constexpr std::array kTexts{
           "未能更改随桌面启动设置（%1）。请检查主文件夹是否可写，然后重试。"},
     Texts{AppText::NoKeyboardConnected, "No keyboard connected", "未连接键盘"},
     Texts{AppText::NoNotifications, "No notifications", "没有通知"},
+    Texts{AppText::CloseMessage, "Close this message", "关闭此消息"},
 
     // Exchange files.
     Texts{AppText::QuotedName, "\"%1\"", "“%1”"},
@@ -127,8 +128,9 @@ constexpr std::array kTexts{
           "%1不是此类可导入的文件：缺少数据表 %2。"},
     Texts{AppText::FileMissingColumn, "%1 is not a complete exchange file: it has no column %2.",
           "%1不是完整的可导入文件：缺少列 %2。"},
-    Texts{AppText::FileNotANumber, "%1 is damaged: it holds \"%2\" in %3, where a number belongs. Export it again.",
-          "%1已损坏：%3 中应为数字，却是“%2”。请重新导出。"},
+    Texts{AppText::FileNotANumber,
+          "%1 is damaged: row %4 holds \"%2\" in %3, where a whole number belongs. Export it again.",
+          "%1已损坏：第 %4 行的 %3 中应为整数，却是“%2”。请重新导出。"},
     Texts{AppText::FileNoProfileRows,
           "%1 holds no key assignments to import (none under profile 1). Export the profile again "
           "and import the new file.",
@@ -141,6 +143,30 @@ constexpr std::array kTexts{
           "None of the %1 keys in %2 is on this keyboard: the file was made for another model. "
           "Import it with that keyboard connected.",
           "%2中的 %1 个按键都不在此键盘上：该文件是为其他型号制作的。请连接那款键盘后再导入。"},
+    Texts{AppText::FileNotAFile, "%1 is not a file but %2, so it was not opened. Choose an exported file.",
+          "%1不是文件，而是%2，因此未打开。请选择导出的文件。"},
+    Texts{AppText::FileKindFolder, "a folder", "文件夹"},
+    Texts{AppText::FileKindPipe, "a pipe", "管道"},
+    Texts{AppText::FileKindDevice, "a device", "设备"},
+    Texts{AppText::FileKindSocket, "a socket", "套接字"},
+    Texts{AppText::FileKindSpecial, "a special file", "特殊文件"},
+    Texts{AppText::FileTooLarge,
+          "%1 is %2 MB, larger than any exchange file can be (at most %3 MB), so it was not read. "
+          "Choose an exported file.",
+          "%1有 %2 MB，超过可导入文件的上限（%3 MB），因此未读取。请选择导出的文件。"},
+    Texts{AppText::FileTooManyRows,
+          "%1 holds %2 rows in %3, more than this keyboard has keys (%4). Export it again.",
+          "%1的 %3 中有 %2 行，多于此键盘的按键数（%4）。请重新导出。"},
+    Texts{AppText::FileOutOfRange,
+          "%1 is damaged: row %2 holds %4 in %3, which the keyboard cannot hold (%5). Export it again.",
+          "%1已损坏：第 %2 行的 %3 为 %4，键盘无法保存（应为 %5）。请重新导出。"},
+    Texts{AppText::FileUnknownKind,
+          "%1 was made by another program: row %2 has the assignment kind %3, which this app does not know.",
+          "%1由其他程序制作：第 %2 行的设置类型 %3 本应用无法识别。"},
+    Texts{AppText::FileNameTooLong,
+          "%1 is damaged: row %2 holds a name of %4 characters in %3, longer than the %5 the window shows. "
+          "Export it again.",
+          "%1已损坏：第 %2 行的 %3 中名称长 %4 个字符，超过窗口可显示的 %5 个。请重新导出。"},
 
     // The data folder's stores.
     Texts{AppText::StoreLocalContents, "This computer's settings (language, keyboard picture colours)",
@@ -169,6 +195,27 @@ constexpr std::array kTexts{
           "%1 cannot be used: the file %2 had to make room for a new one but could not be moved aside (%3). "
           "Nothing was deleted. ",
           "%1无法使用：文件 %2 需要移开以便新建文件，但移动失败（%3）。没有删除任何内容。"},
+    Texts{AppText::StoreBusyHeld,
+          "%1 are locked by %2 (%3), so what you change now is not saved. Close it, then make the change again.",
+          "%1被%2锁定（%3），现在所做的更改不会保存。请关闭它，然后重新更改。"},
+    Texts{AppText::StoreHolderOtherCopy, "another copy of Orvane Keyboard Studio (process %1)",
+          "另一个 Orvane Keyboard Studio（进程 %1）"},
+    Texts{AppText::StoreHolderProcess, "process %1 (%2)", "进程 %1（%2）"},
+    Texts{AppText::StoreDiskFull,
+          "%1 could not be saved: the disk that holds %2 is full. Free some space on it, then make the change again.",
+          "%1无法保存：%2 所在的磁盘已满。请释放一些空间，然后重新更改。"},
+    Texts{AppText::StoreNotAFolder,
+          "%1 cannot be kept: %2 is not a folder (a part of it is a file or a device). "
+          "Start the app with --data-dir naming a folder.",
+          "%1无法保存：%2 不是文件夹（其中一部分是文件或设备）。请用 --data-dir 指定一个文件夹来启动本应用。"},
+    Texts{AppText::StorePathTooLong,
+          "%1 cannot be kept: the path %2 is longer than the system allows. "
+          "Start the app with --data-dir naming a shorter path.",
+          "%1无法保存：路径 %2 超出系统允许的长度。请用 --data-dir 指定较短的路径来启动本应用。"},
+    Texts{AppText::StoreOperationFailed,
+          "%1 could not be saved (%2), so your last change was not kept and nothing was sent to the keyboard. "
+          "Try again.",
+          "%1无法保存（%2），最近一次更改未保留，也未发送到键盘。请重试。"},
     Texts{AppText::StoreOpenFailed, "%1 could not be opened (%2): %3. Check the disk and start the app again.",
           "%1无法打开（%2）：%3。请检查磁盘，然后重新启动本应用。"},
 
@@ -176,9 +223,6 @@ constexpr std::array kTexts{
     Texts{AppText::KeyAssignmentSaveFailed,
           "The key assignment could not be saved. Check that the data folder is writable, then try again.",
           "按键设置未能保存。请检查数据文件夹是否可写，然后重试。"},
-    Texts{AppText::KeyLockSaveFailed,
-          "The key lock could not be saved. Check that the data folder is writable, then try again.",
-          "按键锁定未能保存。请检查数据文件夹是否可写，然后重试。"},
     Texts{AppText::KeyColoursSaveFailed,
           "The key colours could not be saved, so the picture shows colours the database does not hold. "
           "Check that the data folder can be written, then paint the keys again.",

@@ -49,6 +49,7 @@ enum class AppText {
     AutostartFailed,  // %1 what failed
     NoKeyboardConnected,
     NoNotifications,
+    CloseMessage,
 
     // Exchange files: what was exported or imported, and why not. English
     // sentences that follow another one open with their space.
@@ -80,10 +81,21 @@ enum class AppText {
     FileDamaged,        // %2 reason
     FileMissingTable,   // %2 table
     FileMissingColumn,  // %2 column
-    FileNotANumber,     // %2 value, %3 column
+    FileNotANumber,     // %2 value, %3 column, %4 row
     FileNoProfileRows,
     FileNoLightMode,
     FileNoKnownKeys,  // %1 number of keys, %2 file
+    FileNotAFile,     // %2 what it is (one of the five below)
+    FileKindFolder,
+    FileKindPipe,
+    FileKindDevice,
+    FileKindSocket,
+    FileKindSpecial,
+    FileTooLarge,     // %2 its size, %3 the largest, both in MB
+    FileTooManyRows,  // %2 rows, %3 table, %4 keys of the model
+    FileOutOfRange,   // %2 row, %3 column, %4 value, %5 accepted range
+    FileUnknownKind,  // %2 row, %3 the kind
+    FileNameTooLong,  // %2 row, %3 column, %4 length, %5 the longest
 
     // The data folder's stores: what they hold and what went wrong.
     StoreLocalContents,
@@ -94,11 +106,17 @@ enum class AppText {
     StoreBusy,               // %1 contents, %2 file
     StoreReadOnly,           // %1 contents, %2 folder
     StoreMoveFailed,         // %1 contents, %2 file, %3 reason
-    StoreOpenFailed,         // %1 contents, %2 file, %3 reason
+    StoreOpenFailed,
+    StoreBusyHeld,      // %1 contents, %2 who holds it, %3 file
+    StoreHolderOtherCopy,  // %1 process id
+    StoreHolderProcess,    // %1 process id, %2 its name
+    StoreDiskFull,      // %1 contents, %2 folder
+    StoreNotAFolder,    // %1 contents, %2 folder
+    StorePathTooLong,   // %1 contents, %2 folder
+    StoreOperationFailed,  // %1 contents, %2 reason         // %1 contents, %2 file, %3 reason
 
     // Saves and reads that failed, links and guides.
     KeyAssignmentSaveFailed,
-    KeyLockSaveFailed,
     KeyColoursSaveFailed,
     LightColoursReadFailed,
     GuideCopyFailed,  // %1 folder, %2 reason

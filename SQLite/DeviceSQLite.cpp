@@ -134,11 +134,17 @@ DeviceSQLite::DeviceSQLite(const QString& device, bool reset)
     auto opening = StoreSupport::openInDatabaseFolder(device, reset);
     db = std::move(opening.db);
     health = std::move(opening.health);
+    StoreSupport::watchFailures(db, health);
     // A file another program holds is left alone: each wait costs seconds.
     if (!db || health.opening.result == StoreResult::Busy)
         return;
     createTable();
     OutputLine::print("init: connect success");
+}
+
+DeviceSQLite::~DeviceSQLite()
+{
+    StoreSupport::forgetFailures(db);
 }
 
 bool DeviceSQLite::isReady() const
@@ -148,7 +154,7 @@ bool DeviceSQLite::isReady() const
 
 void DeviceSQLite::failed(const std::exception& error) const
 {
-    health.lastFailure = storeStatusOf(error);
+    health.noteFailure(error);
 }
 
 void DeviceSQLite::createAllTables()
@@ -225,10 +231,10 @@ void DeviceSQLite::writeConfigInfo(int profile)
     }
 }
 
-void DeviceSQLite::dropTable()
+bool DeviceSQLite::dropTable()
 {
     if (!db)
-        return;
+        return false;
     try {
         // Dropping and reseeding together: the file is never left without
         // tables, and the next opening finds it seeded and adds nothing.
@@ -245,15 +251,16 @@ void DeviceSQLite::dropTable()
     } catch (const std::exception& e) {
         failed(e);
         OutputLine::print(std::string("dropTable table failed ") + e.what());
-        return;
+        return false;
     }
     OutputLine::print("dropTable  success");
+    return true;
 }
 
-void DeviceSQLite::resetProfile(int profile)
+bool DeviceSQLite::resetProfile(int profile)
 {
     if (!db)
-        return;
+        return false;
     try {
         SQLite::Transaction transaction(*db);
         SQLite::Statement remove(*db, R"(DELETE FROM "t_keyprofile" WHERE "profId" = ?)");
@@ -266,8 +273,10 @@ void DeviceSQLite::resetProfile(int profile)
         }
         StoreSupport::reachStep("device.reset.commit");
         transaction.commit();
+        return true;
     } catch (const std::exception& e) {
         failed(e);
         OutputLine::print(std::string("resetProfile  fail ") + e.what());
+        return false;
     }
 }

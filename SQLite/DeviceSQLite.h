@@ -64,6 +64,9 @@ public:
     // Opens `device` in the database folder; with `reset`, an existing file
     // is moved aside first. Then creates missing tables and seeds a new file.
     DeviceSQLite(const QString& device, bool reset);
+    ~DeviceSQLite();
+    DeviceSQLite(const DeviceSQLite&) = delete;
+    DeviceSQLite& operator=(const DeviceSQLite&) = delete;
 
     // True when the file is open, writable and was created and seeded
     // without a failure.
@@ -79,12 +82,14 @@ public:
 
     // Full wipe: drops all eight tables and creates and seeds them again, in
     // one transaction. A failure, also a missing table, leaves the file as it
-    // was and prints "dropTable table failed " and the error.
-    void dropTable();
+    // was and prints "dropTable table failed " and the error. False then,
+    // and without a connection.
+    bool dropTable();
     // Deletes the profile's key assignments and sets its light mode and key
     // locks back to their defaults, in one transaction. "disable_gamemode",
-    // light modes, macros and other profiles stay.
-    void resetProfile(int profile);
+    // light modes, macros and other profiles stay. False when nothing was
+    // reset.
+    bool resetProfile(int profile);
 
     // The value of a setting of one profile; "" when the profile has no such
     // row or the query fails. Keys are compared exactly, case included.

@@ -5,6 +5,7 @@
 #include <QFile>
 #include <QFileInfo>
 #include <QTemporaryFile>
+#include <QUrlQuery>
 
 #include <filesystem>
 
@@ -13,7 +14,8 @@ std::unique_ptr<SQLite::Database> ExchangeFile::open(const QString& dbUri, Excha
     const int flags = access == ExchangeAccess::Export ? SQLite::OPEN_READWRITE | SQLite::OPEN_CREATE | SQLite::OPEN_URI
                                                        : SQLite::OPEN_READONLY | SQLite::OPEN_URI;
     try {
-        auto db = std::make_unique<SQLite::Database>(dbUri.toStdString(), flags);
+        const QString uri = access == ExchangeAccess::Export ? dbUri : readOnlyUri(dbUri);
+        auto db = std::make_unique<SQLite::Database>(uri.toStdString(), flags);
         OutputLine::print("init: connect success");
         return db;
     } catch (const std::exception& e) {
@@ -87,4 +89,14 @@ bool ExchangeFile::writeWhole(const QString& dbUri, const std::function<bool(con
     }
     temp.setAutoRemove(false);
     return true;
+}
+
+QString ExchangeFile::readOnlyUri(const QString& dbUri)
+{
+    QUrl url(dbUri);
+    QUrlQuery query(url);
+    query.addQueryItem(QStringLiteral("mode"), QStringLiteral("ro"));
+    query.addQueryItem(QStringLiteral("immutable"), QStringLiteral("1"));
+    url.setQuery(query);
+    return url.toString(QUrl::FullyEncoded);
 }

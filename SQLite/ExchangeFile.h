@@ -6,7 +6,9 @@
 // Files are named by file: URLs, as a file dialog gives them. An export
 // opens read-write, creating a missing file, and creates the file's tables;
 // a file of the same name keeps its rows and the new rows go behind them. An
-// import opens read-only and writes nothing to the file, not even a table.
+// import opens read-only and immutable, and writes nothing to the file nor
+// beside it: not a table, not a journal, "-wal" or "-shm" file; a journal or
+// "-wal" file left beside it by a crash is not read.
 
 #include <SQLiteCpp/Database.h>
 
@@ -24,6 +26,9 @@ namespace ExchangeFile {
 // Opens `dbUri` for `access`; empty when it cannot be opened, with `failure`
 // set and "init: connect fail " and the error printed. Never throws.
 std::unique_ptr<SQLite::Database> open(const QString& dbUri, ExchangeAccess access, std::string& failure);
+
+// `dbUri` with the URI parameters that open it read-only and immutable.
+QString readOnlyUri(const QString& dbUri);
 
 // Runs the "CREATE TABLE IF NOT EXISTS" statements in order and prints
 // "createTable success"; the first failure prints "createTable fail " and the

@@ -33,6 +33,7 @@ LocalSQLite::LocalSQLite(const QString& device)
     auto opening = StoreSupport::openInDatabaseFolder(device, false);
     db = std::move(opening.db);
     health = std::move(opening.health);
+    StoreSupport::watchFailures(db, health);
     // A file another program holds is left alone: each wait costs seconds.
     if (!db || health.opening.result == StoreResult::Busy)
         return;
@@ -40,9 +41,14 @@ LocalSQLite::LocalSQLite(const QString& device)
     OutputLine::print("init: connect success");
 }
 
+LocalSQLite::~LocalSQLite()
+{
+    StoreSupport::forgetFailures(db);
+}
+
 bool LocalSQLite::failed(const std::exception& error) const
 {
-    health.lastFailure = storeStatusOf(error);
+    health.noteFailure(error);
     return false;
 }
 

@@ -27,6 +27,9 @@ public:
     // Opens (creating folder and file as needed), creates the table and
     // seeds an empty one.
     explicit LocalSQLite(const QString& device);
+    ~LocalSQLite();
+    LocalSQLite(const LocalSQLite&) = delete;
+    LocalSQLite& operator=(const LocalSQLite&) = delete;
 
     // Creates "t_localdata" if missing, then seeds it.
     void createTable();

@@ -165,4 +165,10 @@ void logFailure(std::string_view operation, const std::exception& error)
                                   << "failed:" << error.what();
 }
 
+void noteFailure(const SQLite::Database& db, const std::exception& error)
+{
+    if (StoreHealth* health = StoreSupport::watchingHealth(db))
+        health->noteFailure(error);
+}
+
 }  // namespace RecordStatements

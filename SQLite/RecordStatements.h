@@ -54,8 +54,10 @@ void deleteSteps(SQLite::Database& db, int64_t macroId);
 int64_t insertStep(SQLite::Database& db, const RecordInfo& info);
 int64_t countRows(SQLite::Database& db, std::string_view table);
 
-// The answer outward is neutral; the log keeps why.
+// The answer outward is neutral; the log keeps why, and a store's health
+// (StoreSupport::watchFailures) records it for the window.
 void logFailure(std::string_view operation, const std::exception& error);
+void noteFailure(const SQLite::Database& db, const std::exception& error);
 
 // Runs `work` on the connection at the store boundary: its result, or
 // `neutral` when there is no connection or a statement throws.
@@ -68,6 +70,7 @@ T guarded(const std::unique_ptr<SQLite::Database>& db, std::string_view operatio
         return work(*db);
     } catch (const std::exception& e) {
         logFailure(operation, e);
+        noteFailure(*db, e);
         return neutral;
     }
 }

@@ -30,14 +30,33 @@ QString storeProblemMessage(const StoreHealth& health, const QString& what)
     case StoreResult::Missing:
         return {};
     case StoreResult::Busy:
+        if (!health.holder.isEmpty())
+            return appText(AppText::StoreBusyHeld).arg(what, health.holder, health.file);
         return appText(AppText::StoreBusy).arg(what, health.file);
+    case StoreResult::DiskFull:
+        return appText(AppText::StoreDiskFull).arg(what, folder);
+    case StoreResult::NotAFolder:
+        return appText(AppText::StoreNotAFolder).arg(what, folder);
+    case StoreResult::PathTooLong:
+        return appText(AppText::StorePathTooLong).arg(what, folder);
     case StoreResult::ReadOnly:
         return appText(AppText::StoreReadOnly).arg(what, folder) + fixForFolder(folder);
     case StoreResult::MoveFailed:
         return appText(AppText::StoreMoveFailed).arg(what, health.file, reason) + fixForFolder(folder);
     case StoreResult::Damaged:
     case StoreResult::Failed:
+        if (health.opening.ok())
+            return appText(AppText::StoreOperationFailed).arg(what, reason);
         break;
     }
     return appText(AppText::StoreOpenFailed).arg(what, health.file, reason);
+}
+
+void StoreHealth::noteFailure(const std::exception& error)
+{
+    lastFailure = storeStatusOf(error);
+    if (lastFailure.result == StoreResult::Busy)
+        holder = lockHolder(file);
+    if (onFailure)
+        onFailure(lastFailure);
 }

@@ -7,6 +7,7 @@
 #include <QString>
 
 #include <exception>
+#include <functional>
 #include <string>
 
 enum class StoreResult {
@@ -14,6 +15,9 @@ enum class StoreResult {
     Missing,     // a read found no row: an answer, not a failure
     Busy,        // another program held the file for longer than the busy timeout
     ReadOnly,    // the folder or the file may not be written
+    DiskFull,    // the disk (or the user's quota) has no room left
+    NotAFolder,  // a part of the data folder's path is a file or a device
+    PathTooLong, // the data folder's path is longer than the system takes
     Damaged,     // SQLite says the file is not a healthy database
     MoveFailed,  // an old or damaged file could not be moved aside
     Failed,      // anything else
@@ -43,7 +47,21 @@ struct StoreHealth {
     QString movedAside;  // where an old or damaged file went; empty if none
     bool movedBecauseDamaged = false;
     StoreStatus lastFailure;
+    // Who holds a locked file, as far as the system tells ("another copy of
+    // Orvane Keyboard Studio, process 4711"); empty when it does not.
+    QString holder;
+    // Told of every failure after the opening, on the thread that ran the
+    // operation (the window's): the window says it and shows what is stored.
+    std::function<void(const StoreStatus&)> onFailure;
+
+    // Records a failure of an operation: its reason, the lock's holder, and
+    // tells `onFailure`.
+    void noteFailure(const std::exception& error);
 };
+
+// Who holds a POSIX lock on `file` according to /proc/locks: "another copy
+// of Orvane Keyboard Studio (process N)", "process N (name)", or empty.
+QString lockHolder(const QString& file);
 
 // The window's message for a store's trouble, in plain words with the fix;
 // empty when there is nothing to tell. `what` names the file's contents for

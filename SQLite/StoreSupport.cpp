@@ -11,6 +11,11 @@
 #include <QFile>
 #include <QFileInfo>
 
+#include <algorithm>
+#include <climits>
+#include <map>
+#include <mutex>
+
 #include <unistd.h>
 
 namespace {
@@ -76,6 +81,27 @@ bool heldByAnother(const QString& file, std::string& reason)
     return false;
 }
 
+// Why the database folder cannot be made: a part of its path that is a file
+// or a device, a path longer than the system takes, or no right to write.
+StoreResult folderProblem(const QString& folder)
+{
+    const QByteArray path = QFile::encodeName(folder);
+    const QList<QByteArray> parts = path.split('/');
+    if (path.size() >= PATH_MAX
+        || std::any_of(parts.begin(), parts.end(), [](const QByteArray& part) { return part.size() > NAME_MAX; }))
+        return StoreResult::PathTooLong;
+    QString prefix;
+    for (const QString& part : folder.split(QLatin1Char('/'), Qt::SkipEmptyParts)) {
+        prefix += QLatin1Char('/') + part;
+        const QFileInfo info(prefix);
+        if (!info.exists())
+            break;
+        if (!info.isDir())
+            return StoreResult::NotAFolder;
+    }
+    return StoreResult::ReadOnly;
+}
+
 StoreStatus failure(StoreResult result, std::string reason)
 {
     OutputLine::print("init: connect fail " + reason);
@@ -95,6 +121,8 @@ StoreStatus storeStatusOf(const std::exception& error)
         result = StoreResult::ReadOnly;
     else if (isDamage(code))
         result = StoreResult::Damaged;
+    else if (code == SQLITE_FULL)
+        result = StoreResult::DiskFull;
     return {result, error.what()};
 }
 
@@ -104,6 +132,34 @@ std::unique_ptr<SQLite::Database> StoreSupport::openReadWrite(const QString& pat
                                               SQLite::OPEN_READWRITE | SQLite::OPEN_CREATE | SQLite::OPEN_URI);
 }
 
+namespace {
+// Connections and the health of their store. Exchange files are read on
+// another thread, so the map is guarded, though they are never in it.
+std::mutex watchedMutex;
+std::map<const SQLite::Database*, StoreHealth*> watched;
+}  // namespace
+
+void StoreSupport::watchFailures(const std::unique_ptr<SQLite::Database>& db, StoreHealth& health)
+{
+    if (!db)
+        return;
+    const std::lock_guard lock(watchedMutex);
+    watched[db.get()] = &health;
+}
+
+void StoreSupport::forgetFailures(const std::unique_ptr<SQLite::Database>& db)
+{
+    const std::lock_guard lock(watchedMutex);
+    watched.erase(db.get());
+}
+
+StoreHealth* StoreSupport::watchingHealth(const SQLite::Database& db)
+{
+    const std::lock_guard lock(watchedMutex);
+    const auto found = watched.find(&db);
+    return found == watched.end() ? nullptr : found->second;
+}
+
 StoreSupport::Opening StoreSupport::openInDatabaseFolder(const QString& fileName, bool moveOldAside)
 {
     Opening opening;
@@ -111,7 +167,7 @@ StoreSupport::Opening StoreSupport::openInDatabaseFolder(const QString& fileName
     const QString folder = DataPaths::databaseFolder();
     health.file = folder + fileName;
     if (!QDir().mkpath(folder)) {
-        health.opening = failure(StoreResult::ReadOnly, "cannot create the database folder " + folder.toStdString());
+        health.opening = failure(folderProblem(folder), "cannot create the database folder " + folder.toStdString());
         return opening;
     }
     std::string lockReason;

@@ -14,8 +14,18 @@
 
 namespace StoreSupport {
 
-// How long an operation waits for another program's lock before it fails.
-inline int busyTimeoutMs = 3000;
+// How long an operation waits for another program's lock before it fails:
+// a moment, as the window waits with it. A longer lock is said at once and
+// the operation fails; the next one tries again.
+inline int busyTimeoutMs = 20;
+
+// Records the failures of operations on `db` in `health` from now on (see
+// RecordStatements::guarded), until forgetFailures(); the store that owns
+// both calls that before its connection closes.
+void watchFailures(const std::unique_ptr<SQLite::Database>& db, StoreHealth& health);
+void forgetFailures(const std::unique_ptr<SQLite::Database>& db);
+// The health watching `db`, or none.
+StoreHealth* watchingHealth(const SQLite::Database& db);
 
 // Opens read-write and creates a missing file. A name that starts with
 // "file:" is read as a URI, so a file chosen in a file dialog opens as it is

@@ -128,6 +128,8 @@ void MainController::LanguageSwicth()
     setWindowButtonToolTips();
     updateNoKeyboardState();
     updateUserLightNotice();
+    if (label_problem)
+        label_problem->retranslate();
 }
 
 void MainController::setWindowButtonToolTips()

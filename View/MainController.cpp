@@ -53,6 +53,9 @@ void MainController::viewDidLoad()
 
 void MainController::viewDidAppear()
 {
+    // A colour panel left open from before the window hid belongs to no
+    // click the user can see.
+    closeColorPanel();
     if (!hidDeviceInit) {
         hidDeviceInit = true;
         auto& center = NotificationCenter::defaultCenter();
@@ -66,7 +69,10 @@ void MainController::viewDidAppear()
         window()->resize(kWindowWidth, kWindowHeight);
 }
 
-void MainController::viewDidDisappear() {}
+void MainController::viewDidDisappear()
+{
+    closeColorPanel();
+}
 
 void MainController::showEvent(QShowEvent* event)
 {

@@ -26,6 +26,7 @@
 #include "HIDDevice/HIDDeviceMonitor.h"
 #include "HIDDevice/TransportQueue.h"
 #include "View/ExchangeDialog.h"
+#include "View/control/MessagePanel.h"
 
 #include <QColor>
 #include <QLabel>
@@ -43,6 +44,11 @@
 #include <mutex>
 #include <optional>
 #include <vector>
+
+namespace ExchangeFileCheck {
+struct KeyFileInspection;
+struct LightFileInspection;
+}  // namespace ExchangeFileCheck
 
 class CaseColorButton;
 class FuncButton;
@@ -114,6 +120,8 @@ public:
     void initSQLite();
     // A store's trouble, if it has any, as a message in the window.
     void reportStoreProblem(const StoreHealth& health, const QString& contents);
+    void watchStore(StoreHealth& health, bool local);
+    void storeOperationFailed(const StoreHealth& seen, bool local);
 
     // ---- Profile (MainControllerProfile) ---------------------------------
     void getKeyboardProfile();   // starts the poll timer
@@ -139,6 +147,9 @@ public:
     // file), with what to do. The window shows one message per topic, the
     // first one given; platform problems share the empty topic.
     void showProblem(const QString& message, const QString& topic = {});
+    // The same for a message that follows a language switch: `text` gives
+    // it in the language in force.
+    void showProblem(std::function<QString()> text, const QString& topic);
 
     // ---- Keyboard picture (MainControllerLayout, MainControllerKeyboard) ----
     // Each builder loads the model's key maps, sets `keyboardLayout`, places
@@ -203,7 +214,7 @@ public:
     ImageButton* imgbtn_min = nullptr;
     ImageButton* imgbtn_usb = nullptr;
     ImageButton* imgbtn_nofity = nullptr;  // shows, does nothing
-    QLabel* label_problem = nullptr;
+    MessagePanel* label_problem = nullptr;  // the message panel
     // MainControllerNoKeyboard: the state over the page pane while no
     // keyboard is connected, with the reason when the platform gave one.
     void updateNoKeyboardState();
@@ -267,6 +278,9 @@ public:
     void initLightPage();  // builds light_view and userlight_view
     void initLightTableData();
     void loadBacklightData();
+    void showStoredLightMode();  // the list only, nothing sent
+    void showLightModeRow();     // the row of currentLightMode
+    void chooseLightMode(int mode);
     void resetLightModeTableView();
     void setHFDBackLightData(int profile);
     void tableViewSelectionDidChange(QListWidget* tableView);
@@ -279,6 +293,7 @@ public:
     void action_keylock_swicthbtn(QAbstractButton* sender);
     void lockGameModeKey(int tag, int btnstate);  // btnstate: 1 locked, 0 free
     void loadSystemSetData();
+    void showStoredLockSwitches();  // the switches only, nothing sent
     void setHFDSystemSetData(int profile);
     QWidget* sysset_view = nullptr;
     // switch_lock_win (665), switch_lock_alttab (666), switch_lock_altf4 (667)
@@ -526,8 +541,8 @@ private:
     std::unique_ptr<TransportQueue> transport_;
     std::unique_ptr<HIDMonitorThread> monitorThread_;
     QTimer pollTimer_;
-    QStringList problemTopics_;
-    QStringList problems_;
+    // Messages given before the window was built, oldest first.
+    std::vector<std::pair<QString, std::function<QString()>>> pendingProblems_;
     void layoutProblems();
     std::uint64_t menuItemObserver_ = 0;  // "MenuItemMouseUpAction", added once
     std::uint64_t customKeyObserver_ = 0;  // "CustomKeyFuncMsg", added once
@@ -551,6 +566,8 @@ private:
 
     // ---- Exchange files ------------------------------------------------------
     QString chooseExchangeFile(const ExchangeDialog& dialog);
+    void importCheckedKeyProfile(ExchangeFileCheck::KeyFileInspection inspection, const QString& fileName);
+    void importCheckedLightData(const ExchangeFileCheck::LightFileInspection& inspection, const QString& fileName);
     void showExchangeResult(const QString& line);
     void showExchangeRefusal(const QString& message);
     void showImportedUserLight(int lightId);

@@ -11,6 +11,7 @@
 #include "SQLite/KeyProfileSQLite.h"
 #include "SQLite/LightSQLite.h"
 #include "View/KeyboardLayout/KeyCodeMaps.h"
+#include "View/OffThread.h"
 #include "View/control/FlippedRect.h"
 
 #include <QListWidget>
@@ -47,9 +48,13 @@ QString droppedNote(int dropped)
     return counted(dropped, AppText::DroppedRowsOne, AppText::DroppedRowsMany);
 }
 
-bool modelHasKey(int keyCode)
+// A copy of the model's key codes, for a check on another thread.
+ExchangeFileCheck::ModelKeys modelKeys()
 {
-    return keyCodeRecord(keyCode).has_value();
+    ExchangeFileCheck::ModelKeys keys;
+    for (const auto& [code, record] : G_KB_SuperKeyCodeMap)
+        keys.codes.insert(code);
+    return keys;
 }
 
 }  // namespace
@@ -101,12 +106,20 @@ void MainController::importKeyProfile()
     if (url.isEmpty())
         return;
     const QString fileName = ExchangeFile::displayName(url);
-    const auto inspection = ExchangeFileCheck::inspectKeyFile(url, modelHasKey);
-    if (!inspection.ok())
-        return showExchangeRefusal(ExchangeFileCheck::refusalMessage(inspection, fileName));
+    runOffThread(
+        this, [url, keys = modelKeys()] { return ExchangeFileCheck::inspectKeyFile(url, keys); },
+        [this, fileName](ExchangeFileCheck::KeyFileInspection inspection) {
+            if (!inspection.ok())
+                return showExchangeRefusal(ExchangeFileCheck::refusalMessage(inspection, fileName));
+            importCheckedKeyProfile(std::move(inspection), fileName);
+        });
+}
+
+void MainController::importCheckedKeyProfile(ExchangeFileCheck::KeyFileInspection inspection, const QString& fileName)
+{
     // The rows go into the profile in use, so a poll's reply that changes
     // it is acted on first.
-    afterPollReply([this, inspection = inspection, fileName]() mutable {
+    afterPollReply([this, inspection = std::move(inspection), fileName]() mutable {
         if (!deviceDB || !deviceDB->db) {
             showExchangeRefusal(appText(AppText::ImportProfileStoreClosed).arg(quotedName(fileName)));
             return;
@@ -168,9 +181,20 @@ void MainController::importLightData()
     if (url.isEmpty())
         return;
     const QString fileName = ExchangeFile::displayName(url);
-    const auto inspection = ExchangeFileCheck::inspectLightFile(url, modelHasKey);
-    if (!inspection.ok())
-        return showExchangeRefusal(ExchangeFileCheck::refusalMessage(inspection, fileName));
+    runOffThread(
+        this, [url, keys = modelKeys()] { return ExchangeFileCheck::inspectLightFile(url, keys); },
+        [this, fileName](const ExchangeFileCheck::LightFileInspection& inspection) {
+            if (!inspection.ok())
+                return showExchangeRefusal(ExchangeFileCheck::refusalMessage(inspection, fileName));
+            importCheckedLightData(inspection, fileName);
+        });
+}
+
+void MainController::importCheckedLightData(const ExchangeFileCheck::LightFileInspection& inspection,
+                                            const QString& fileName)
+{
+    if (!deviceDB || !deviceDB->db)
+        return showExchangeRefusal(appText(AppText::ImportLightStoreClosed));
     const int64_t lightId = deviceDB->addUserLightWithColours(inspection.name, inspection.leds);
     if (lightId < 1) {
         showExchangeRefusal(appText(AppText::ImportSaveFailed)

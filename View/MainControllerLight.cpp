@@ -136,9 +136,17 @@ void MainController::tableViewSelectionDidChange(QListWidget* tableView)
     resetLightModeTableView();
     lightModeRowView(row)->setSelect(true);
     const int mode = data.value(keyString("mode")).toInt();
-    // The database first: a send that fails is repeated at the next load.
-    if (deviceDB)
-        deviceDB->updateConfigData(currentProfile, kLightModeKey, QString::number(mode));
+    // Stored and sent for the profile the keyboard ends on after a poll's
+    // reply that is owed.
+    afterPollReply([this, mode] { chooseLightMode(mode); });
+}
+
+void MainController::chooseLightMode(int mode)
+{
+    // The database first: what is not stored is not sent, and the list goes
+    // back to the stored effect (the store's failure is said by its watch).
+    if (!deviceDB || !deviceDB->updateConfigData(currentProfile, kLightModeKey, QString::number(mode)))
+        return showLightModeRow();
     currentLightMode = mode;
     setHFDBackLightData(currentProfile);
 }
@@ -147,7 +155,20 @@ void MainController::loadBacklightData()
 {
     if (!deviceDB)
         return;
+    showStoredLightMode();
+    setHFDBackLightData(currentProfile);
+}
+
+void MainController::showStoredLightMode()
+{
+    if (!deviceDB)
+        return;
     currentLightMode = lightModeFromStored(deviceDB->getConfigData(currentProfile, kLightModeKey));
+    showLightModeRow();
+}
+
+void MainController::showLightModeRow()
+{
     resetLightModeTableView();
     const int row = lightModeRow(currentLightMode);
     if (light_mode_table && row >= 0 && row < light_mode_table->count()) {
@@ -157,7 +178,6 @@ void MainController::loadBacklightData()
         const QSignalBlocker blocker(light_mode_table);
         light_mode_table->setCurrentRow(row);
     }
-    setHFDBackLightData(currentProfile);
 }
 
 void MainController::setHFDBackLightData(int /*profile*/)

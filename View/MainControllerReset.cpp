@@ -19,10 +19,11 @@ void MainController::resetCurrent()
     OutputLine::print("resetCurrent ");
     if (!deviceState)
         return;
-    if (deviceDB) {
-        deviceDB->resetProfile(currentProfile);
-        deviceDB->updateConfigData(currentProfile, QStringLiteral("currentLightMode"), QStringLiteral("1"));
-    }
+    // A reset the store could not make sends nothing: the keyboard keeps
+    // what the store keeps (the store's failure is said by its watch).
+    if (!deviceDB || !deviceDB->resetProfile(currentProfile)
+        || !deviceDB->updateConfigData(currentProfile, QStringLiteral("currentLightMode"), QStringLiteral("1")))
+        return;
     swicthProfile(currentProfile);
     setKeyMacroData(currentProfile);
     // The switch above has sent the settings already; they go out once more,
@@ -36,8 +37,8 @@ void MainController::resetAllData()
     OutputLine::print("resetAllData ");
     if (!deviceState)
         return;
-    if (deviceDB)
-        deviceDB->dropTable();
+    if (!deviceDB || !deviceDB->dropTable())
+        return;
     initSQLite();
     if (!deviceDB)
         return;

@@ -47,7 +47,32 @@ void MainController::reportStoreProblem(const StoreHealth& health, const QString
         return;
     qCWarning(lcOrvane).noquote() << message;
     const StoreResult result = health.opening.ok() ? health.lastFailure.result : health.opening.result;
-    showProblem(message, health.file + ':' + QString::number(int(result)));
+    // Asked again at a language switch; `contents` is one of the two texts below.
+    const bool local = contents == localContents();
+    StoreHealth seen = health;
+    seen.onFailure = {};
+    showProblem([seen, local] { return storeProblemMessage(seen, local ? localContents() : deviceContents()); },
+                health.file + ':' + QString::number(int(result)));
+}
+
+// Every failed operation of the store is said, once per file and reason.
+// Said after the action that failed has ended, from a snapshot: the store
+// may be replaced by then. The control of a write that failed goes back by
+// itself (see chooseLightMode, lockGameModeKey).
+void MainController::watchStore(StoreHealth& health, bool local)
+{
+    health.onFailure = [this, &health, local](const StoreStatus&) {
+        StoreHealth seen = health;
+        seen.onFailure = {};
+        seen.movedAside.clear();  // said when the store opened
+        QMetaObject::invokeMethod(
+            this, [this, seen, local] { storeOperationFailed(seen, local); }, Qt::QueuedConnection);
+    };
+}
+
+void MainController::storeOperationFailed(const StoreHealth& seen, bool local)
+{
+    reportStoreProblem(seen, local ? localContents() : deviceContents());
 }
 
 void MainController::initLocalData()
@@ -56,6 +81,7 @@ void MainController::initLocalData()
         localDBfile = QString::fromLatin1(kLocalDatabaseFile);
         localDB = std::make_unique<LocalSQLite>(localDBfile);
         reportStoreProblem(localDB->health, localContents());
+        watchStore(localDB->health, true);
     }
     // A store another program holds is not asked again: each wait costs
     // seconds, and the system's language serves as well.
@@ -90,6 +116,7 @@ void MainController::initSQLite()
     deviceDB.reset();
     deviceDB = std::make_unique<DeviceSQLite>(deviceDBfile, version.reset);
     reportStoreProblem(deviceDB->health, deviceContents());
+    watchStore(deviceDB->health, false);
 
     // Recorded only after a good rebuild, so a failed one is tried again at
     // the next connection.

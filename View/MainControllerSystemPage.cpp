@@ -106,15 +106,25 @@ void MainController::action_keylock_swicthbtn(QAbstractButton* sender)
 void MainController::lockGameModeKey(int tag, int btnstate)
 {
     const SystemSettingsBlock::LockSwitch* lock = SystemSettingsBlock::lockSwitchForTag(tag);
-    if (lock && deviceDB
-        && !deviceDB->updateConfigData(currentProfile, settingKey(lock->configKey), QString::number(btnstate))) {
-        showProblem(appText(AppText::KeyLockSaveFailed),
-                    QStringLiteral("store"));
+    // What is not stored is not sent; the switch goes back to the stored
+    // state (the store's failure is said by its watch).
+    if (!lock || !deviceDB
+        || !deviceDB->updateConfigData(currentProfile, settingKey(lock->configKey), QString::number(btnstate))) {
+        for (std::size_t i = 0; i < lockSwitches.size(); ++i)
+            if (lockSwitches[i] && SystemSettingsBlock::kLockSwitches[i].tag == tag)
+                lockSwitches[i]->setChecked(btnstate == 0);
+        return;
     }
     setHFDSystemSetData(currentProfile);
 }
 
 void MainController::loadSystemSetData()
+{
+    showStoredLockSwitches();
+    setHFDSystemSetData(currentProfile);
+}
+
+void MainController::showStoredLockSwitches()
 {
     for (QAbstractButton* lock : lockSwitches)
         if (lock)
@@ -127,7 +137,6 @@ void MainController::loadSystemSetData()
                 lockSwitches[i]->setChecked(true);
         }
     }
-    setHFDSystemSetData(currentProfile);
 }
 
 void MainController::setHFDSystemSetData(int profile)

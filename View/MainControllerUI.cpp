@@ -6,6 +6,7 @@
 #include "View/LanguageSwitch.h"
 #include "View/control/ButtonView.h"
 #include "View/control/FlippedRect.h"
+#include "View/control/MessagePanel.h"
 
 #include <QApplication>
 
@@ -14,13 +15,7 @@ void MainController::InitUI()
     resize(kWindowWidth, kWindowHeight);
     initTitleButtons();
 
-    label_problem = new QLabel(this);
-    label_problem->setObjectName(QStringLiteral("label_problem"));
-    label_problem->setWordWrap(true);
-    label_problem->setTextInteractionFlags(Qt::TextSelectableByMouse);
-    label_problem->setStyleSheet(QStringLiteral(
-        "QLabel { background: #fff4e5; color: #3d2a00; border: 1px solid #f0c36d; border-radius: 6px; padding: 8px 12px; }"));
-    label_problem->hide();
+    label_problem = new MessagePanel(this);
 
     useChineseCapableFont();
     initLanguageButton();
@@ -111,35 +106,34 @@ void MainController::registerNotification()
 
 void MainController::showProblem(const QString& message, const QString& topic)
 {
-    if (problemTopics_.contains(topic))
-        return;
-    problemTopics_.append(topic);
-    problems_.append(message);
+    showProblem([message] { return message; }, topic);
+}
+
+void MainController::showProblem(std::function<QString()> text, const QString& topic)
+{
+    const bool pending = std::any_of(pendingProblems_.begin(), pendingProblems_.end(),
+                                     [&](const auto& problem) { return problem.first == topic; });
+    if (!pending)
+        pendingProblems_.emplace_back(topic, std::move(text));
     layoutProblems();
 }
 
 void MainController::layoutProblems()
 {
     // Problems met before the window was built are shown when it is.
-    if (!label_problem || problems_.isEmpty())
+    if (!label_problem)
         return;
-    label_problem->setText(problems_.join(QStringLiteral("\n\n")));
-    // As tall as the text needs, along the bottom edge of the window.
-    const int w = kWindowWidth - 48;
-    const int h = label_problem->heightForWidth(w);
-    label_problem->setGeometry(flippedRect(kWindowHeight, 24, 16, w, h));
-    label_problem->show();
-    label_problem->raise();
+    // The band below the page buttons and the keyboard picture, the whole
+    // width of the window.
+    label_problem->place(flippedRect(kWindowHeight, 24, 6, kWindowWidth - 48, 88));
+    for (auto& [topic, text] : pendingProblems_)
+        label_problem->add(topic, std::move(text));
+    pendingProblems_.clear();
 }
 
 void MainController::withdrawProblem(const QString& topic)
 {
-    const qsizetype at = problemTopics_.indexOf(topic);
-    if (at < 0)
-        return;
-    problemTopics_.removeAt(at);
-    problems_.removeAt(at);
-    if (problems_.isEmpty() && label_problem)
-        label_problem->hide();
-    layoutProblems();
+    std::erase_if(pendingProblems_, [&](const auto& problem) { return problem.first == topic; });
+    if (label_problem)
+        label_problem->remove(topic);
 }

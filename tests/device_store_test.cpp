@@ -178,7 +178,7 @@ TEST_F(DeviceStoreTest, AnOldOrMalformedFileIsMovedAsideAsItWasAndNeverOverwritt
     }
 }
 
-TEST_F(DeviceStoreTest, ALockedFileIsLeftAsItIsAndABriefLockIsWaitedFor)
+TEST_F(DeviceStoreTest, ALockedFileIsLeftAsItIsAndALaterWriteFailsSayingWhoHoldsIt)
 {
     addUserData(*DeviceSQLite(kFile, false).db);
     const std::string before = dumpDatabaseFile(file);
@@ -195,14 +195,58 @@ TEST_F(DeviceStoreTest, ALockedFileIsLeftAsItIsAndABriefLockIsWaitedFor)
     EXPECT_EQ(dumpDatabaseFile(file), before);
 
     DeviceSQLite store(kFile, false);
+    std::vector<StoreResult> told;
+    store.health.onFailure = [&](const StoreStatus& status) { told.push_back(status.result); };
     other.exec("BEGIN EXCLUSIVE");
-    std::thread release([&] {
-        std::this_thread::sleep_for(std::chrono::milliseconds(200));
-        other.exec("COMMIT");
-    });
+    EXPECT_FALSE(store.updateConfigData(1, "currentProfile", "4"));
+    EXPECT_EQ(store.addKeyProfile({0, 0, 1, 6, 11, 127, 0, 0, "Mute"}), 0);
+    EXPECT_EQ(told, (std::vector<StoreResult>{StoreResult::Busy, StoreResult::Busy}));
+    const QString holder = QStringLiteral("process %1 (").arg(::getpid());
+    EXPECT_TRUE(store.health.holder.startsWith(holder)) << store.health.holder.toStdString();
+    EXPECT_TRUE(storeProblemMessage(store.health, "Settings").contains("are locked by " + holder))
+        << storeProblemMessage(store.health, "Settings").toStdString();
+    other.exec("COMMIT");
     EXPECT_TRUE(store.updateConfigData(1, "currentProfile", "4"));
-    release.join();
     EXPECT_EQ(store.getConfigData(1, "currentProfile"), "4");
+}
+
+// A journal left by a crash belongs to the file it was written for: the
+// copy kept aside must open to what the file held before the crash, never
+// half written, and the new file must not take the journal's pages.
+TEST_F(DeviceStoreTest, AnOutdatedFileMovesAsideWithItsHotJournalAndTheMovedCopyOpensToItsOldContent)
+{
+    addUserData(*DeviceSQLite(kFile, false).db);
+    const std::string before = dumpDatabaseFile(file);
+    const std::string scratch = file + ".scratch";
+    overwrite(scratch, readAll(file));
+    copyWithHotJournal(scratch, file);
+    ASSERT_TRUE(QFileInfo::exists(QString::fromStdString(file + "-journal")));
+    ASSERT_NE(readAll(file), readAll(scratch)) << "changed pages are in the file";
+    QFile::remove(QString::fromStdString(scratch));
+
+    DeviceSQLite store(kFile, true);
+    EXPECT_TRUE(store.isReady());
+    EXPECT_EQ(countRows(*store.db, "t_macro_data"), 0);
+    const QStringList moved = movedAside(kFile, "old");
+    ASSERT_EQ(moved.size(), 1);
+    const std::string movedFile = (DataPaths::databaseFolder() + moved[0]).toStdString();
+    EXPECT_EQ(dumpDatabaseFile(movedFile), before);
+}
+
+TEST_F(DeviceStoreTest, ADataFolderThatCannotBeOneIsSaidAsSuchWithoutACommandThatCannotHelp)
+{
+    QFile(folder.path() + "/file").open(QIODevice::WriteOnly);
+    const std::pair<QString, StoreResult> cases[] = {{folder.path() + "/file", StoreResult::NotAFolder},
+                                                     {"/dev/null", StoreResult::NotAFolder},
+                                                     {folder.path() + '/' + QString(300, 'x'), StoreResult::PathTooLong}};
+    for (const auto& [dataFolder, result] : cases) {
+        DataPaths::setDataFolderOverride(dataFolder);
+        DeviceSQLite store(kFile, false);
+        const QString message = storeProblemMessage(store.health, "Settings");
+        EXPECT_EQ(store.health.opening.result, result) << dataFolder.toStdString();
+        EXPECT_TRUE(message.contains(result == StoreResult::PathTooLong ? "longer than the system allows" : "is not a folder")
+                    && !message.contains("chown")) << message.toStdString();
+    }
 }
 
 TEST_F(DeviceStoreTest, UnopenableFolderGivesAUsableStoreWithNeutralAnswers)

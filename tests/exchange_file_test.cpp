@@ -10,10 +10,13 @@
 #include <SQLiteCpp/Transaction.h>
 
 #include <QDir>
+#include <QFileInfo>
 #include <QRandomGenerator>
 #include <QUrl>
 
 #include <gtest/gtest.h>
+
+#include <sys/stat.h>
 
 using namespace testing_support;
 using ExchangeFileCheck::Problem;
@@ -22,6 +25,22 @@ namespace {
 
 // This model's keys: codes 4 to 99.
 bool known(int code) { return code >= 4 && code < 100; }
+ExchangeFileCheck::ModelKeys modelKeys()
+{
+    ExchangeFileCheck::ModelKeys keys;
+    for (int code = 4; code < 100; ++code)
+        keys.codes.insert(code);
+    return keys;
+}
+
+// Everything in the folder, pipes and sockets included, with its size.
+QStringList listing(const QString& folder)
+{
+    QStringList entries;
+    for (const QFileInfo& info : QDir(folder).entryInfoList(QDir::AllEntries | QDir::System | QDir::Hidden | QDir::NoDotAndDotDot))
+        entries << info.fileName() + ' ' + QString::number(info.isFile() ? info.size() : -1);
+    return entries;
+}
 
 const std::string kKeyTable = R"(CREATE TABLE "t_keyprofile" ("keyId" INTEGER PRIMARY KEY NOT NULL, "profId", "keyvalue",)"
                               R"( "macroType", "macroValue", "macro2Value", "macro3Value", "macroDesc");)";
@@ -41,15 +60,19 @@ protected:
         return name;
     }
 
-    // Inspects the file as an import does; the folder must be as it was.
+    // Inspects the file as an import does; the folder must be as it was,
+    // nothing written beside the file.
     template <typename Result>
-    Result inspect(const QString& name, Result (*check)(const QString&, const ExchangeFileCheck::KeyFilter&))
+    Result inspect(const QString& name, Result (*check)(const QString&, const ExchangeFileCheck::ModelKeys&))
     {
-        const QByteArray before = readAll(path(name));
-        const QStringList filesBefore = QDir(folder.path()).entryList(QDir::Files);
-        Result result = check(url(name), known);
-        EXPECT_EQ(readAll(path(name)), before) << name.toStdString();
-        EXPECT_EQ(QDir(folder.path()).entryList(QDir::Files), filesBefore) << name.toStdString();
+        const QFileInfo info(folder.path() + '/' + name);
+        const bool plain = info.isFile() && info.size() <= ExchangeFileCheck::kLargestFile;
+        const QByteArray before = plain ? readAll(path(name)) : QByteArray();
+        const QStringList filesBefore = listing(folder.path());
+        Result result = check(url(name), modelKeys());
+        if (plain)
+            EXPECT_EQ(readAll(path(name)), before) << name.toStdString();
+        EXPECT_EQ(listing(folder.path()), filesBefore) << name.toStdString();
         return result;
     }
     ExchangeFileCheck::Inspection inspectAny(const QString& name)
@@ -77,6 +100,8 @@ TEST_F(ExchangeFileTest, DamagedAndForeignFilesAreRefusedWithTheirProblemNamedAn
         QString name;
         std::vector<Problem> problems;
         QString detail;
+        qint64 row = 0;  // the row a refusal names
+        QString value;   // the value it names
     };
     std::vector<Case> cases;
     // Cut short: SQLite reads a file shorter than one page as empty.
@@ -109,27 +134,64 @@ TEST_F(ExchangeFileTest, DamagedAndForeignFilesAreRefusedWithTheirProblemNamedAn
                      {Problem::MissingTable}, R"("t_lightleddata")"});
     const auto keyRow = [](const char* values) { return kKeyTable + R"(INSERT INTO "t_keyprofile" VALUES )" + values + ';'; };
     cases.push_back({made("profile2.key", keyRow("(NULL, 2, 4, 14, 5, 0, 0, 'd')")), {Problem::NoProfileRows}, {}});
-    cases.push_back({made("foreign.key", keyRow("(NULL, 1, 300, 14, 5, 0, 0, 'd'), (NULL, 1, 0, 14, 5, 0, 0, 'd')")),
+    cases.push_back({made("foreign.key", keyRow("(NULL, 1, 120, 14, 5, 0, 0, 'd'), (NULL, 1, 0, 14, 5, 0, 0, 'd')")),
                      {Problem::NoKnownKeys}, {}});
-    cases.push_back({made("text.key", keyRow("(NULL, 1, 'Esc', 14, 5, 0, 0, 'd')")), {Problem::NotANumber}, R"("t_keyprofile"."keyvalue")"});
-    cases.push_back({made("huge.key", keyRow("(NULL, 1, 4, 14, 5000000000, 0, 0, 'd')")), {Problem::NotANumber}, R"("t_keyprofile"."macroValue")"});
+    // Values the keyboard cannot hold, each refused with its row named.
+    const auto badRow = [&](const char* name, const char* values, Problem problem, const char* column, const char* value) {
+        const std::string rows = std::string("(7, 1, 5, 14, 5, 0, 0, 'd'), ") + values;
+        cases.push_back({made(name, keyRow(rows.c_str())), {problem}, QString(R"("t_keyprofile"."%1")").arg(column), 9, value});
+    };
+    badRow("text.key", "(9, 1, 'Esc', 14, 5, 0, 0, 'd')", Problem::NotANumber, "keyvalue", "Esc");
+    badRow("null.key", "(9, 1, 4, 14, NULL, 0, 0, 'd')", Problem::NotANumber, "macroValue", "NULL");
+    badRow("real.key", "(9, 1, 4, 14, 5, 4.5, 0, 'd')", Problem::NotANumber, "macro2Value", "4.5");
+    badRow("huge.key", "(9, 1, 4, 10, 5000000000, 0, 0, 'd')", Problem::OutOfRange, "macroValue", "5000000000");
+    badRow("key300.key", "(9, 1, 300, 14, 5, 0, 0, 'd')", Problem::OutOfRange, "keyvalue", "300");
+    badRow("modifier.key", "(9, 1, 4, 14, 5, -1, 0, 'd')", Problem::OutOfRange, "macro2Value", "-1");
+    badRow("modifiers.key", "(9, 1, 4, 14, 5, 512, 0, 'd')", Problem::OutOfRange, "macro2Value", "512");
+    badRow("media.key", "(9, 1, 4, 11, 127, 256, 0, 'd')", Problem::OutOfRange, "macro2Value", "256");
+    badRow("custom.key", "(9, 1, 4, 14, 300, 0, 0, 'd')", Problem::OutOfRange, "macroValue", "300");
+    badRow("kind.key", "(9, 1, 4, 99, 5, 0, 0, 'd')", Problem::UnknownKind, "macroType", "99");
+    badRow("name.key", "(9, 1, 4, 14, 5, 0, 0, printf('%.65c', 'x'))", Problem::NameTooLong, "macroDesc", "65");
+    std::string manyRows = kKeyTable;
+    for (int i = 0; i <= 96; ++i)
+        manyRows += R"(INSERT INTO "t_keyprofile" VALUES (NULL, 1, 4, 14, 5, 0, 0, 'd');)";
+    cases.push_back({made("rows.key", manyRows), {Problem::TooManyRows}, R"("t_keyprofile")", 0, "97"});
     cases.push_back({made("no-header.light", kLightTables), {Problem::NoLightMode}, {}});
     cases.push_back({made("colour.light", kLightTables + R"(INSERT INTO "t_lightdata" VALUES ('m', '1', '2');
-                                                            INSERT INTO "t_lightleddata" VALUES (NULL, 4, 16777216);)"),
-                     {Problem::NotANumber}, R"("t_lightleddata"."rgbvalue")"});
-    cases.push_back({"missing.key", {Problem::CannotOpen}, "unable to open database file"});
+                                                            INSERT INTO "t_lightleddata" VALUES (3, 4, 16777216);)"),
+                     {Problem::OutOfRange}, R"("t_lightleddata"."rgbvalue")", 3, "16777216"});
+    cases.push_back({made("name.light", kLightTables + R"(INSERT INTO "t_lightdata" VALUES (printf('%.300c', 'x'), '1', '2');)"),
+                     {Problem::NameTooLong}, R"("t_lightdata"."light_name")", 1, "300"});
+    // Not files at all, and a file far too large to be one: refused before
+    // SQLite opens them (a pipe would hold the opening forever).
+    ASSERT_EQ(mkfifo(path("pipe.key").c_str(), 0600), 0);
+    cases.push_back({"pipe.key", {Problem::NotAFile}, "pipe"});
+    ASSERT_TRUE(QFile::link("/dev/zero", folder.path() + "/device.key"));
+    cases.push_back({"device.key", {Problem::NotAFile}, "device"});
+    ASSERT_TRUE(QDir(folder.path()).mkdir("folder.key"));
+    cases.push_back({"folder.key", {Problem::NotAFile}, "folder"});
+    QFile big(folder.path() + "/big.key");
+    ASSERT_TRUE(big.open(QIODevice::WriteOnly) && big.resize(qint64(1) << 40));  // sparse: a terabyte, never read
+    big.close();
+    cases.push_back({"big.key", {Problem::TooLarge}, {}, 0, QString::number(qint64(1) << 40)});
+    cases.push_back({"missing.key", {Problem::CannotOpen}, "No such file or directory"});
 
     for (const Case& c : cases) {
         const auto result = inspectAny(c.name);
         EXPECT_NE(std::find(c.problems.begin(), c.problems.end(), result.problem), c.problems.end()) << c.name.toStdString();
         if (!c.detail.isNull())
             EXPECT_EQ(result.detail, c.detail) << c.name.toStdString();
+        EXPECT_EQ(result.row, c.row) << c.name.toStdString();
+        if (!c.value.isNull())
+            EXPECT_EQ(result.value, c.value) << c.name.toStdString();
         EXPECT_TRUE(ExchangeFileCheck::refusalMessage(result, c.name).endsWith("Nothing was changed.")) << c.name.toStdString();
     }
     EXPECT_FALSE(QFile::exists(folder.path() + "/missing.key")) << "an import creates no file";
     EXPECT_EQ(ExchangeFileCheck::refusalMessage(inspectAny("text.key"), "text.key"),
-              "\"text.key\" is damaged: it holds \"Esc\" in \"t_keyprofile\".\"keyvalue\", where a number "
+              "\"text.key\" is damaged: row 9 holds \"Esc\" in \"t_keyprofile\".\"keyvalue\", where a whole number "
               "belongs. Export it again. Nothing was changed.");
+    EXPECT_EQ(ExchangeFileCheck::refusalMessage(inspectAny("pipe.key"), "pipe.key"),
+              "\"pipe.key\" is not a file but a pipe, so it was not opened. Choose an exported file. Nothing was changed.");
 }
 
 TEST_F(ExchangeFileTest, ALargeKeyFileImportsAsOneByOneAddsWouldWriteItAllOrNothing)
@@ -141,7 +203,7 @@ TEST_F(ExchangeFileTest, ALargeKeyFileImportsAsOneByOneAddsWouldWriteItAllOrNoth
     {
         keyProfileSQLite file(url("large.key"));
         SQLite::Transaction transaction(*file.db);
-        for (int i = 0; i < 20000; ++i) {
+        for (int i = 0; i < 150; ++i) {
             rows.push_back({0, 0, 1 + int(random.bounded(2)), int(random.bounded(120)), 14, int(random.bounded(4)), 2, 3, "r"});
             file.addKeyProfile(rows.back());
         }
@@ -174,7 +236,7 @@ TEST_F(ExchangeFileTest, ALightFileIsNamedSafelyAndASecondExportAppendsBehindThe
 {
     const QString fileUrl = ExchangeFile::fileUrlInFolder(QUrl::fromLocalFile(folder.path()).toString(), "Sun/set?#%", ".light");
     EXPECT_EQ(ExchangeFile::displayName(fileUrl), "Sun_set___.light");
-    ASSERT_TRUE(LightSQLite(fileUrl).addLightMode("Sun/set?#%", {{0, 41, 0xff0000}, {0, 300, 7}, {0, 5, 0}}));
+    ASSERT_TRUE(LightSQLite(fileUrl).addLightMode("Sun/set?#%", {{0, 41, 0xff0000}, {0, 120, 7}, {0, 5, 0}}));
     ASSERT_TRUE(LightSQLite(fileUrl).addLightMode("Later", {{0, 6, 9}}));
 
     const auto result = inspect("Sun_set___.light", ExchangeFileCheck::inspectLightFile);
@@ -182,4 +244,27 @@ TEST_F(ExchangeFileTest, ALightFileIsNamedSafelyAndASecondExportAppendsBehindThe
     EXPECT_EQ(result.name, "Sun/set?#%") << "the older header wins";
     EXPECT_EQ(result.dropped, 1);
     EXPECT_EQ(result.leds, (std::vector<LEDData>{{1, 41, 0xff0000}, {3, 5, 0}, {4, 6, 9}}));
+}
+
+TEST_F(ExchangeFileTest, AWalFileAndAFileWithALeftoverJournalAreReadWithNothingWrittenBesideThem)
+{
+    const std::string rows = kKeyTable + R"(INSERT INTO "t_keyprofile" VALUES (NULL, 1, 4, 14, 5, 0, 0, 'd'), (NULL, 1, 6, 11, 127, 0, 0, 'm');)";
+    {
+        SQLite::Database wal(path("wal.key"), SQLite::OPEN_READWRITE | SQLite::OPEN_CREATE);
+        wal.exec("PRAGMA journal_mode = WAL");
+        wal.exec(rows);
+    }  // closing folds the "-wal" in and removes it; the file stays in WAL mode
+    made("scratch.sqlite3", rows);
+    const QByteArray whole = readAll(path("scratch.sqlite3"));
+    copyWithHotJournal(path("scratch.sqlite3"), path("journal.key"));
+    overwrite(path("journal.key"), whole);
+    QFile::remove(folder.path() + "/scratch.sqlite3");
+    ASSERT_TRUE(QFile::exists(folder.path() + "/journal.key-journal"));
+
+    for (const QString name : {"wal.key", "journal.key"}) {
+        const auto result = inspect(name, ExchangeFileCheck::inspectKeyFile);
+        EXPECT_TRUE(result.ok()) << name.toStdString() << ' ' << result.detail.toStdString();
+        EXPECT_EQ(result.rows, (std::vector<ProfileKey>{{1, 0, 1, 4, 14, 5, 0, 0, "d"}, {2, 0, 1, 6, 11, 127, 0, 0, "m"}}))
+            << name.toStdString();
+    }
 }

@@ -1,10 +1,17 @@
 // Small shared pieces: notifications, HID properties, the command line.
 #include "Common/AppOptions.h"
 #include "Common/NotificationCenter.h"
+#include "Common/StandardStreams.h"
 #include "HIDDevice/HIDDevice.h"
 #include "support/RecordingHidDevice.h"
 
+#include <QTemporaryDir>
+
 #include <gtest/gtest.h>
+
+#include <fcntl.h>
+#include <sys/wait.h>
+#include <unistd.h>
 
 #include <thread>
 #include <tuple>
@@ -53,11 +60,13 @@ TEST(HIDDeviceProperties, MissingOrMistypedPropertiesReadAsZeroOrEmpty)
 TEST(AppOptionsParsing, AcceptsTheDocumentedOptionsAndRefusesWhatCannotBeMeant)
 {
     QString error;
-    const auto ok = parseAppOptions({"orvane", "--demo", "K68", "--trace", "t.jsonl", "--data-dir", "d",
+    const QTemporaryDir folder;
+    const QString tracePath = folder.path() + "/t.jsonl";
+    const auto ok = parseAppOptions({"orvane", "--demo", "K68", "--trace", tracePath, "--data-dir", "d",
                                      "--quit-after", "86400", "--screenshot", "s.png"}, error);
     ASSERT_TRUE(ok) << error.toStdString();
     EXPECT_EQ(QStringList({ok->demoModel, ok->traceFile, ok->dataDir, ok->screenshotFile, ok->helpText}),
-              QStringList({"k68", "t.jsonl", "d", "s.png", ""}));
+              QStringList({"k68", tracePath, "d", "s.png", ""}));
     EXPECT_EQ(ok->quitAfterSeconds, 86400);
 
     const auto help = parseAppOptions({"orvane", "--help"}, error);
@@ -75,10 +84,30 @@ TEST(AppOptionsParsing, AcceptsTheDocumentedOptionsAndRefusesWhatCannotBeMeant)
         {{"--demo", "x99"}, "m61, w61 or k68"}, {{"--data-dir", ""}, "--data-dir needs a folder"},
         {{"--quit-after", "soon"}, "soon"},     {{"--quit-after", "inf"}, "inf"},
         {{"--quit-after", "nan"}, "nan"},       {{"--quit-after", "-1"}, "-1"},
-        {{"--quit-after", "86401"}, "86401"},   {{"--bogus"}, "bogus"}};
+        {{"--quit-after", "86401"}, "86401"},   {{"--bogus"}, "bogus"},
+        {{"--trace", folder.path() + "/no/such/folder"}, "--trace: cannot write to"}};
     for (const auto& [arguments, said] : refused) {
         error.clear();
         EXPECT_FALSE(parseAppOptions(QStringList{"orvane"} + arguments, error)) << arguments.join(' ').toStdString();
         EXPECT_TRUE(error.contains(said)) << error.toStdString();
     }
+}
+
+TEST(StandardStreams, ClosedOutputAndErrorAreOpenedOnDevNullBeforeAnyFileCanTakeTheirNumbers)
+{
+    const pid_t child = fork();
+    ASSERT_GE(child, 0);
+    if (child == 0) {
+        close(STDOUT_FILENO);
+        close(STDERR_FILENO);
+        openClosedStandardStreams();
+        // The next file opened must not become standard output.
+        const int next = open("/dev/zero", O_RDONLY);
+        char target[64] = {};
+        const bool onNull = readlink("/proc/self/fd/1", target, sizeof target - 1) > 0 && std::string(target) == "/dev/null";
+        _exit(next > STDERR_FILENO && onNull && fcntl(STDERR_FILENO, F_GETFD) != -1 ? 0 : 1);
+    }
+    int status = 0;
+    ASSERT_EQ(waitpid(child, &status, 0), child);
+    EXPECT_TRUE(WIFEXITED(status) && WEXITSTATUS(status) == 0);
 }

@@ -30,6 +30,10 @@ inline QColor floatingEdge() { return QColor(0xc4, 0xc9, 0xd1); }
 inline QColor floatingShadow() { return QColor(0x9a, 0xa1, 0xab); }
 // Behind the row of the effect in force.
 inline QColor selectedRow() { return QColor(0xe9, 0xf4, 0xff); }
+// The window's messages: dark amber text on a pale amber panel.
+inline QColor messageText() { return QColor(0x3d, 0x2a, 0x00); }
+inline QColor messageBackground() { return QColor(0xff, 0xf4, 0xe5); }
+inline QColor messageBorder() { return QColor(0xf0, 0xc3, 0x6d); }
 
 // The legend on a lit key cap: near-black on light colours (yellow, pale
 // green, white), white on dark ones (blue, red, purple), by the colour's

@@ -34,7 +34,9 @@ int shimClose(sqlite3_file* f) { return FORWARD(xClose); }
 int shimRead(sqlite3_file* f, void* b, int n, sqlite3_int64 o) { return FORWARD(xRead, b, n, o); }
 int shimWrite(sqlite3_file* f, const void* b, int n, sqlite3_int64 o)
 {
-    return strikes() ? SQLITE_IOERR_WRITE : FORWARD(xWrite, b, n, o);
+    if (!strikes())
+        return FORWARD(xWrite, b, n, o);
+    return action == CrashVfs::Action::DiskFull ? SQLITE_FULL : SQLITE_IOERR_WRITE;
 }
 int shimTruncate(sqlite3_file* f, sqlite3_int64 s) { return strikes() ? SQLITE_IOERR_TRUNCATE : FORWARD(xTruncate, s); }
 int shimSync(sqlite3_file* f, int flags) { return strikes() ? SQLITE_IOERR_FSYNC : FORWARD(xSync, flags); }
@@ -91,3 +93,9 @@ void CrashVfs::arm(int at, Action a)
 }
 
 int CrashVfs::counted() { return count; }
+
+void CrashVfs::uninstall()
+{
+    if (realVfs)
+        sqlite3_vfs_register(realVfs, 1);
+}

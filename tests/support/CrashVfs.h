@@ -7,11 +7,13 @@
 
 namespace CrashVfs {
 
-enum class Action { None, IoError, Kill };
+enum class Action { None, IoError, Kill, DiskFull };
 
 // Makes the layer the default for files opened from now on; meant for a
-// forked child, which never goes back.
+// forked child, which never goes back, or undone by uninstall() (files
+// opened meanwhile keep the layer).
 void install();
+void uninstall();
 // Starts counting; `action` strikes at operation `at` (1 is the first).
 void arm(int at, Action action);
 // Operations counted since arm().

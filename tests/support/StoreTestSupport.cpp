@@ -64,6 +64,19 @@ void overwrite(const std::string& path, const QByteArray& bytes)
         throw std::runtime_error("cannot write " + path);
 }
 
+void copyWithHotJournal(const std::string& source, const std::string& target)
+{
+    SQLite::Database db(source, SQLite::OPEN_READWRITE);
+    db.exec("PRAGMA journal_mode = DELETE; PRAGMA cache_size = 10; BEGIN;"
+            "CREATE TABLE \"t_spill\" (\"v\"); "
+            "WITH RECURSIVE n(i) AS (SELECT 1 UNION ALL SELECT i + 1 FROM n WHERE i < 400) "
+            "INSERT INTO \"t_spill\" SELECT randomblob(500) FROM n;");
+    // More changed pages than the cache holds: some are already in the file.
+    overwrite(target, readAll(source));
+    overwrite(target + "-journal", readAll(source + "-journal"));
+    db.exec("ROLLBACK");
+}
+
 ScopedFault::ScopedFault(std::string step)
 {
     StoreSupport::faultHook = [step = std::move(step)](std::string_view reached) {

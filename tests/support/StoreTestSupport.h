@@ -61,6 +61,12 @@ QByteArray readAll(const std::string& path);
 // Replaces the whole contents of the file at `path` with `bytes`.
 void overwrite(const std::string& path, const QByteArray& bytes);
 
+// Copies the database `source` to `target` in the middle of a write
+// transaction that has already written changed pages into the file, with
+// its "-journal", then rolls the source back: `target` is left with a hot
+// journal, and opening it rolls it back to what `source` holds.
+void copyWithHotJournal(const std::string& source, const std::string& target);
+
 // While alive, the stores throw std::runtime_error("injected") when they
 // reach `step`.
 class ScopedFault {

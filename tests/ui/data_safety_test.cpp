@@ -7,12 +7,18 @@
 #include "SQLite/LocalSQLite.h"
 #include "Simulator/VirtualKeyboard.h"
 #include "View/MainController.h"
+#include "support/CrashVfs.h"
 #include "support/StoreTestSupport.h"
 #include "support/WaitUntil.h"
 
+#include <QAbstractButton>
+#include <QCoreApplication>
 #include <QDir>
+#include <QElapsedTimer>
 #include <QFile>
 #include <gtest/gtest.h>
+
+#include <unistd.h>
 
 using namespace testing_support;
 
@@ -53,6 +59,7 @@ protected:
         plug();
     }
     void startAndPlug() { start(); plug(); }
+    void settle() { ASSERT_TRUE(waitUntil([&] { return !controller->hidcomm_busy(); })); }
 
     // Local settings with the given version row.
     static void setVersion(const std::string& version)
@@ -160,4 +167,56 @@ TEST_F(DataSafety, AReadOnlyDataFolderIsExplainedWithTheCommandThatFixesIt)
     EXPECT_TRUE(shown().contains("may not write")) << shown().toStdString();
     EXPECT_EQ(controller->localDB->getLocalData("orvane", "kb_61k"), "1") << "what is there can still be read";
     EXPECT_TRUE(shown().contains("chmod -R u+w '" + QDir(DataPaths::databaseFolder()).absolutePath() + "'")) << shown().toStdString();
+}
+
+// A user action on a store another connection holds, or on a full disk:
+// it fails at once, the window says why, the switch shows what is stored,
+// and nothing unstored goes to the keyboard.
+TEST_F(DataSafety, ALockedOrFullStoreFailsTheActionAtOnceSaysWhyAndTheSwitchShowsTheStoredState)
+{
+    CrashVfs::install();  // the stores open through the test layer, which can fill the disk
+    startAndPlug();
+    QAbstractButton* lock = controller->lockSwitches[0];
+    ASSERT_FALSE(lock->isChecked());
+    const int frames = keyboard->setCount();
+    {
+        SQLite::Database other(folder.databasePath(kDeviceFile), SQLite::OPEN_READWRITE);
+        other.exec("BEGIN EXCLUSIVE");
+        QElapsedTimer clock;
+        clock.start();
+        lock->click();
+        EXPECT_LT(clock.elapsed(), 100) << "the window waits a moment, not seconds";
+        QCoreApplication::processEvents();
+        EXPECT_FALSE(lock->isChecked());
+        EXPECT_TRUE(shown().contains(QStringLiteral("are locked by process %1 (").arg(::getpid()))) << shown().toStdString();
+    }
+    CrashVfs::arm(1, CrashVfs::Action::DiskFull);
+    lock->click();
+    QCoreApplication::processEvents();
+    CrashVfs::arm(0, CrashVfs::Action::None);
+    CrashVfs::uninstall();
+    EXPECT_FALSE(lock->isChecked());
+    EXPECT_TRUE(shown().contains("is full. Free some space")) << shown().toStdString();
+    EXPECT_EQ(keyboard->setCount(), frames) << "what is not stored is not sent";
+
+    lock->click();
+    settle();
+    EXPECT_TRUE(lock->isChecked());
+    EXPECT_EQ(controller->deviceDB->getConfigData(1, "disable_win"), "1");
+    EXPECT_GT(keyboard->setCount(), frames);
+}
+
+TEST_F(DataSafety, AResetTheStoreCouldNotMakeSendsNothingAndSaysSo)
+{
+    startAndPlug();
+    settle();
+    for (const char* step : {"device.wipe.commit", "device.reset.commit"}) {
+        const int frames = keyboard->setCount();
+        ScopedFault fault(step);
+        std::string(step) == "device.wipe.commit" ? controller->resetAllData() : controller->resetCurrent();
+        QCoreApplication::processEvents();
+        settle();
+        EXPECT_EQ(keyboard->setCount(), frames) << step;
+        EXPECT_TRUE(shown().contains("could not be saved (injected)")) << step << ' ' << shown().toStdString();
+    }
 }

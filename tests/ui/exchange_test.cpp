@@ -23,6 +23,7 @@
 #include <QMessageBox>
 #include <QUrl>
 #include <QCoreApplication>
+#include <QThreadPool>
 #include <gtest/gtest.h>
 
 using namespace testing_support;
@@ -61,6 +62,12 @@ protected:
         std::vector<ProfileKey> rows;
         controller->deviceDB->queryKeysProfile(profile, rows);
         return rows;
+    }
+    // An import checks its file on another thread; the window goes on meanwhile.
+    void checked()
+    {
+        ASSERT_TRUE(waitUntil([] { return QThreadPool::globalInstance()->activeThreadCount() == 0; }));
+        QCoreApplication::processEvents();
     }
     QString fileUrl(const QString& name) const { return QUrl::fromLocalFile(files.path() + '/' + name).toString(); }
     QString result() const { return controller->label_exchange ? controller->label_exchange->text() : QString(); }
@@ -140,6 +147,7 @@ TEST_F(ExchangeWindow, RefusedFilesChangeNothingAndSayWhyForeignKeysAreLeftOut)
     answer = fileUrl("noise.key");
     const int framesBefore = keyboard->setCount();
     controller->importKeyProfile();
+    checked();
     EXPECT_EQ(refusal(), "\"noise.key\" is not an exchange file: it is not a database at all. Choose a file "
                          "exported by Orvane Keyboard Studio. Nothing was changed.");
     EXPECT_EQ(dumpDatabase(*store.db), before);
@@ -153,6 +161,7 @@ TEST_F(ExchangeWindow, RefusedFilesChangeNothingAndSayWhyForeignKeysAreLeftOut)
     }
     answer = fileUrl("k68.key");
     controller->importKeyProfile();
+    checked();
     EXPECT_EQ(result(), "Imported 1 key assignment from \"k68.key\" into Profile A. 2 rows were left out: "
                         "their keys are not on this keyboard.");
     EXPECT_EQ(assignments(1), (std::vector<ProfileKey>{{1, 0, 1, kS, 11, 5, 0, 0, "S"}, {2, 0, 1, kFn, 11, 127, 0, 0, "Mute"}}));
@@ -190,6 +199,7 @@ TEST_F(ExchangeWindow, ALightModeExportedImportsAsANewModeWithItsColours)
     const int framesBefore = keyboard->setCount();
     controller->userLightRowView(0)->importBtnView->click();
     QCoreApplication::processEvents();
+    checked();
     EXPECT_EQ(keyboard->setCount(), framesBefore);
     EXPECT_EQ(controller->currentUserLightMode, 2);
     EXPECT_EQ(controller->userlightmode_datas.last(), (QVariantMap{{"mode", qint64(2)}, {"text", "Dusk/Dawn"}}));
@@ -206,6 +216,7 @@ TEST_F(ExchangeWindow, InChineseARefusalAndTheConnectionTipAreChineseAndTheTipFo
     overwrite((files.path() + "/noise.key").toStdString(), QByteArray(3000, '\x5a'));
     answer = fileUrl("noise.key");
     controller->importKeyProfile();
+    checked();
     EXPECT_EQ(refusal(), "“noise.key”不是可导入的文件：它根本不是数据库。请选择由 Orvane Keyboard Studio "
                          "导出的文件。未做任何更改。");
     bus->unplug(keyboard);

@@ -337,8 +337,8 @@ TEST_F(UserLight, TheNameRefusesEmptinessAndItsRightClickOpensTheLightMenu)
     controller->deviceDB->queryUserLightList(list);
     EXPECT_EQ(list[0].name, "Light 1");
     EXPECT_EQ(row->textView->text(), "Light 1");
-    auto* problem = controller->findChild<QLabel*>("label_problem");
-    EXPECT_TRUE(problem && problem->isVisible() && problem->text().contains("needs a name"));
+    QWidget* problem = controller->label_problem;
+    EXPECT_TRUE(problem && problem->isVisible() && controller->label_problem->text().contains("needs a name"));
     EXPECT_EQ(row->exportBtnView->toolTip(), "Export this light");
 }
 
@@ -405,4 +405,17 @@ TEST_F(UserLight, The68KeyPictureWithA61KeyKeyboardNeitherPaintsNorSaves)
     EXPECT_FALSE(notice->isVisible());
     paint(10, 10, Qt::red);
     EXPECT_EQ(colours(1).size(), 1u);
+}
+
+TEST_F(UserLight, TheColourPanelClosesWhenTheWindowHidesAndStaysClosedWhenItAppearsAgain)
+{
+    menu(166);
+    selectRow(0);
+    paint(3, 3, Qt::red);
+    QWidget* window = controller->window();
+    window->hide();
+    EXPECT_FALSE(controller->colorPanel->isVisible());
+    window->show();
+    QApplication::processEvents();
+    EXPECT_FALSE(controller->colorPanel->isVisible()) << "no panel of a click made before";
 }

@@ -227,6 +227,7 @@ TEST_F(WholeApp, AProfileGoesToAFileAndComesBackIntoAnotherProfileWhoseTableIsSe
     const int beforeImport = settledSetCount();
     click(c.imgbtn_menu);
     command(c.menuPopover->exportItem);  // the row that imports
+    ASSERT_TRUE(waitUntil([&] { return c.label_exchange && c.label_exchange->text().startsWith("Imported"); }));
     EXPECT_EQ(c.label_exchange->text(), "Imported 1 key assignment from \"Profile A.key\" into Profile B.");
     std::vector<ProfileKey> rows;
     c.deviceDB->queryKeysProfile(2, rows);
