@@ -12,6 +12,13 @@ std::optional<int> profileForApplication(const AppRuleSet& rules, const QString&
     return rules.otherwise;
 }
 
+void ProfileFollower::setRules(AppRuleSet rules)
+{
+    if (rules != rules_)
+        lastApp_.clear();
+    rules_ = std::move(rules);
+}
+
 void ProfileFollower::setEnabled(bool enabled)
 {
     enabled_ = enabled;

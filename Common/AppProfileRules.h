@@ -42,7 +42,9 @@ class ProfileFollower {
 public:
     enum class Hold { None, Upload, InputCapture };
 
-    void setRules(AppRuleSet rules) { rules_ = std::move(rules); }
+    // New rules apply from the next report, also for the application that
+    // was in front before.
+    void setRules(AppRuleSet rules);
     const AppRuleSet& rules() const { return rules_; }
     void setEnabled(bool enabled);
     bool enabled() const { return enabled_; }

@@ -21,6 +21,7 @@
 // MainControllerExchange (the ".key" and ".light" files), MainControllerKeyMenu
 // and MainControllerToolTip (the key menus and the key tool tip).
 
+#include "Common/AppProfileRules.h"
 #include "HIDDevice/DeviceComm.h"
 #include "HIDDevice/HIDDevice.h"
 #include "HIDDevice/HIDDeviceMonitor.h"
@@ -44,7 +45,9 @@
 #include <optional>
 #include <vector>
 
+class AppRulesSection;
 class CaseColorButton;
+class FocusSource;
 class FuncButton;
 class EmptyListHint;
 class QAbstractAnimation;
@@ -87,6 +90,9 @@ public:
         // Exchange files: asks for a file or a folder and answers its file:
         // URL, empty when cancelled. Empty: the file dialog. Tests answer here.
         std::function<QString(const ExchangeDialog&)> chooseExchangeFile;
+        // The window in front. Empty: the source this session's desktop
+        // offers (createFocusSource). Tests script one here.
+        std::function<std::unique_ptr<FocusSource>()> focusSourceFactory;
     };
 
     static constexpr int kWindowWidth = 1160;
@@ -127,6 +133,23 @@ public:
     // it would in a program with one thread. User actions that read or write
     // the active profile go through here.
     void afterPollReply(std::function<void()> action);
+
+    // ---- Profiles that follow the application in front (MainControllerAppRules)
+    // Picks the focus source and builds the system page's section; needs
+    // sysset_view and the local settings.
+    void initAppRules();
+    // The rules of the connected model, into the policy and the section.
+    void loadAppRules();
+    void setAppRules(const AppRuleSet& rules);  // stored, then loaded
+    void setFollowingApplications(bool on);     // the section's switch
+    void applicationInFront(const QString& app, bool ownWindow);
+    // Switches when a rule's profile is due and nothing holds it back.
+    void followApplication();
+    // A key is being captured or a macro recorded.
+    bool takingInput() const;
+    ProfileFollower profileFollower;
+    std::unique_ptr<FocusSource> focusSource;
+    AppRulesSection* appRulesSection = nullptr;
 
     // ---- Window (MainControllerUI) ---------------------------------------
     void InitUI();
@@ -486,6 +509,7 @@ private:
     std::unique_ptr<TransportQueue> transport_;
     std::unique_ptr<HIDMonitorThread> monitorThread_;
     QTimer pollTimer_;
+    QTimer holdRetry_;  // a rule's switch waiting for a capture to end
     QStringList problemTopics_;
     QStringList problems_;
     void layoutProblems();

@@ -90,6 +90,7 @@ void MainController::initSQLite()
     deviceDB.reset();
     deviceDB = std::make_unique<DeviceSQLite>(deviceDBfile, version.reset);
     reportStoreProblem(deviceDB->health, deviceContents());
+    loadAppRules();
 
     // Recorded only after a good rebuild, so a failed one is tried again at
     // the next connection.

@@ -38,6 +38,7 @@ void MainController::InitUI()
     initLightTableData();
     action_ligjhtmode_tab();
     initSystemPage();
+    initAppRules();
     light_view->hide();
     userlight_view->hide();
     sysset_view->hide();

@@ -10,6 +10,7 @@ ORVANE_PACKAGES=(
   qt6-base-dev qt6-svg-dev libqt6svg6
   libsqlitecpp-dev libsqlite3-dev
   libudev-dev libusb-1.0-0-dev libevdev-dev
+  libxcb1-dev
   libgtest-dev libgmock-dev libbenchmark-dev
   fonts-noto-cjk
   librsvg2-bin
