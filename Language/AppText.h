@@ -129,6 +129,18 @@ enum class AppText {
     PermissionWithAdvice,     // %1 the doctor's advice
     PermissionUdevRule,       // %1 the shell commands
 
+    // The system page's "Switch profile by application" section.
+    AppRulesTitle,
+    AppRulesHint,
+    AppRulesUnavailable,
+    AppRulesNoKeyboard,
+    AppRulesAppPlaceholder,
+    AppRulesAdd,
+    AppRulesRemove,
+    AppRulesOtherwise,
+    AppRulesLeave,
+    AppRulesSaveFailed,
+
     // The macro window's step editor.
     StepDelete,
     StepMoveUp,

@@ -23,7 +23,7 @@ struct TableSchema {
 
 // In creation order. The first column of each is the row id, which inserts
 // leave out so that SQLite numbers the rows.
-constexpr std::array<TableSchema, 8> kTables{{
+constexpr std::array<TableSchema, 9> kTables{{
     {"t_profile",
      R"(CREATE TABLE IF NOT EXISTS "t_profile" ("profId" INTEGER PRIMARY KEY NOT NULL, "name" TEXT))"},
     {"t_configdata",
@@ -53,13 +53,19 @@ constexpr std::array<TableSchema, 8> kTables{{
      R"(CREATE TABLE IF NOT EXISTS "t_macrorecord" ("record_id" INTEGER PRIMARY KEY NOT NULL, )"
      R"("macro_id" INTEGER NOT NULL, "record_type" INTEGER NOT NULL, "record_index" INTEGER NOT NULL, )"
      R"("record_desc" TEXT NOT NULL, "record_value" INTEGER NOT NULL))"},
+    // Which profile follows which application in front; seeding leaves it
+    // empty. A row with an empty "app" holds the profile for every other
+    // application (0: leave the profile as it is).
+    {"t_apprule",
+     R"(CREATE TABLE IF NOT EXISTS "t_apprule" ("ruleId" INTEGER PRIMARY KEY NOT NULL, "app" TEXT NOT NULL, )"
+     R"("profId" INTEGER NOT NULL))"},
 }};
 
 // The wipe has its own order, settings first: when several tables are
 // missing, the first of them in this list is the one reported.
-constexpr std::array<std::string_view, 8> kDropOrder{
-    "t_configdata", "t_profile",    "t_lightdata",  "t_userlightdata",
-    "t_keyrgbdata", "t_keyprofile", "t_macro_data", "t_macrorecord",
+constexpr std::array<std::string_view, 9> kDropOrder{
+    "t_configdata", "t_profile",    "t_lightdata",   "t_userlightdata", "t_keyrgbdata",
+    "t_keyprofile", "t_macro_data", "t_macrorecord", "t_apprule",
 };
 
 struct Setting {

@@ -5,7 +5,7 @@
 // with their per-key colours, and macros with their steps.
 //
 // A new object is made on every keyboard connection and replaces the one
-// before. Opening creates the database folder, the eight tables and the 34
+// before. Opening creates the database folder, the nine tables and the 34
 // settings rows of a new file; an existing file keeps what it has. If
 // opening fails, `db` stays empty and the object still answers every call
 // with a neutral result: "" for a read, true for a write (nothing matched),
@@ -20,6 +20,7 @@
 // Sources by topic: DeviceSQLite.cpp (opening, schema, seeding, wiping,
 // profile reset), DeviceSQLiteConfig.cpp (the settings rows).
 
+#include "Common/AppProfileRules.h"
 #include "Common/Records.h"
 #include "SQLite/StoreResult.h"
 
@@ -80,7 +81,7 @@ public:
     // Inserts the five settings rows of one profile, all or none.
     void writeConfigInfo(int profile);
 
-    // Full wipe: drops all eight tables and creates and seeds them again, in
+    // Full wipe: drops all nine tables and creates and seeds them again, in
     // one transaction. A failure, also a missing table, leaves the file as it
     // was and prints "dropTable table failed " and the error. False then,
     // and without a connection.
@@ -177,6 +178,15 @@ public:
     // per key, the later colour of a key wins, colour 0 and key 0 store
     // nothing. The new mode's id; 0 when nothing was stored.
     int64_t addUserLightWithColours(const QString& name, const std::vector<LEDData>& leds);
+
+    // ---- Profiles that follow the application in front ----------------------
+    // Source: DeviceSQLiteAppRules.cpp. The rules live beside the profiles of
+    // this model, in "t_apprule": a full wipe clears them, a profile reset
+    // keeps them, no exchange file carries them. False when the read fails;
+    // `rules` is then left as it was.
+    bool queryAppRules(AppRuleSet& rules) const;
+    // Replaces every rule, in one transaction. False when nothing changed.
+    bool saveAppRules(const AppRuleSet& rules);
 
     // Empty when opening failed.
     std::unique_ptr<SQLite::Database> db;

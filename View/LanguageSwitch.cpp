@@ -7,6 +7,7 @@
 #include "Language/Language.h"
 #include "SQLite/LocalSQLite.h"
 #include "View/MainController.h"
+#include "View/AppRulesSection.h"
 #include "View/control/ButtonView.h"
 #include "View/control/ImageTitleButton.h"
 #include "View/popover/LanguagePopoverViewController.h"
@@ -123,6 +124,8 @@ void MainController::LanguageSwicth()
     setEmptyListHints();
     reloadMacroTable();  // the step counts' words
     loadKeyMacro();      // the caps' words
+    if (appRulesSection)
+        appRulesSection->retranslate();
     // The guide and web link buttons' tool tips.
     setLinkToolTips();
     setWindowButtonToolTips();

@@ -1,6 +1,7 @@
 #include "View/MainController.h"
 
 #include "Common/NotificationCenter.h"
+#include "FocusWatch/FocusSource.h"
 #include "SQLite/DeviceSQLite.h"
 #include "SQLite/LocalSQLite.h"
 

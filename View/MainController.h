@@ -21,6 +21,7 @@
 // MainControllerExchange (the ".key" and ".light" files), MainControllerKeyMenu
 // and MainControllerToolTip (the key menus and the key tool tip).
 
+#include "Common/AppProfileRules.h"
 #include "HIDDevice/DeviceComm.h"
 #include "HIDDevice/HIDDevice.h"
 #include "HIDDevice/HIDDeviceMonitor.h"
@@ -50,7 +51,9 @@ struct KeyFileInspection;
 struct LightFileInspection;
 }  // namespace ExchangeFileCheck
 
+class AppRulesSection;
 class CaseColorButton;
+class FocusSource;
 class FuncButton;
 class EmptyListHint;
 class QAbstractAnimation;
@@ -94,6 +97,9 @@ public:
         // Exchange files: asks for a file or a folder and answers its file:
         // URL, empty when cancelled. Empty: the file dialog. Tests answer here.
         std::function<QString(const ExchangeDialog&)> chooseExchangeFile;
+        // The window in front. Empty: the source this session's desktop
+        // offers (createFocusSource). Tests script one here.
+        std::function<std::unique_ptr<FocusSource>()> focusSourceFactory;
     };
 
     static constexpr int kWindowWidth = 1160;
@@ -136,6 +142,23 @@ public:
     // it would in a program with one thread. User actions that read or write
     // the active profile go through here.
     void afterPollReply(std::function<void()> action);
+
+    // ---- Profiles that follow the application in front (MainControllerAppRules)
+    // Picks the focus source and builds the system page's section; needs
+    // sysset_view and the local settings.
+    void initAppRules();
+    // The rules of the connected model, into the policy and the section.
+    void loadAppRules();
+    void setAppRules(const AppRuleSet& rules);  // stored, then loaded
+    void setFollowingApplications(bool on);     // the section's switch
+    void applicationInFront(const QString& app, bool ownWindow);
+    // Switches when a rule's profile is due and nothing holds it back.
+    void followApplication();
+    // A key is being captured or a macro recorded.
+    bool takingInput() const;
+    ProfileFollower profileFollower;
+    std::unique_ptr<FocusSource> focusSource;
+    AppRulesSection* appRulesSection = nullptr;
 
     // ---- Window (MainControllerUI) ---------------------------------------
     void InitUI();
@@ -543,6 +566,7 @@ private:
     QTimer pollTimer_;
     // Messages given before the window was built, oldest first.
     std::vector<std::pair<QString, std::function<QString()>>> pendingProblems_;
+    QTimer holdRetry_;  // a rule's switch waiting for a capture to end
     void layoutProblems();
     std::uint64_t menuItemObserver_ = 0;  // "MenuItemMouseUpAction", added once
     std::uint64_t customKeyObserver_ = 0;  // "CustomKeyFuncMsg", added once

@@ -117,6 +117,7 @@ void MainController::initSQLite()
     deviceDB = std::make_unique<DeviceSQLite>(deviceDBfile, version.reset);
     reportStoreProblem(deviceDB->health, deviceContents());
     watchStore(deviceDB->health, false);
+    loadAppRules();
 
     // Recorded only after a good rebuild, so a failed one is tried again at
     // the next connection.

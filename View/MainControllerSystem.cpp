@@ -25,8 +25,11 @@ constexpr int kMenuLightImport = 172;
 void MainController::MenuItemMouseUpAction(const QVariant& object)
 {
     const int menuid = object.toMap().value(QStringLiteral("menuid")).toInt();
-    if (menuid >= kMenuFirstProfile && menuid <= kMenuLastProfile)
+    if (menuid >= kMenuFirstProfile && menuid <= kMenuLastProfile) {
+        // A profile picked by hand holds until another application comes to the front.
+        profileFollower.profilePickedByHand();
         pickProfile(menuid);
+    }
     else if (menuid >= kMenuExportProfile && menuid <= kMenuSwitchToEnglish)
         SystemMenuMsg(menuid);
     // The light menu: add a user light mode (166), save to a slot (167 to 171).

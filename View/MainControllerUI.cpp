@@ -33,6 +33,7 @@ void MainController::InitUI()
     initLightTableData();
     action_ligjhtmode_tab();
     initSystemPage();
+    initAppRules();
     light_view->hide();
     userlight_view->hide();
     sysset_view->hide();

@@ -11,6 +11,7 @@ ORVANE_PACKAGES=(
   qt6-wayland
   libsqlitecpp-dev libsqlite3-dev
   libudev-dev libusb-1.0-0-dev libevdev-dev
+  libxcb1-dev
   libgtest-dev libgmock-dev libbenchmark-dev
   fonts-noto-cjk qt6-translations-l10n
   librsvg2-bin

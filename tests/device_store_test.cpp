@@ -107,7 +107,7 @@ TEST(DeviceDatabaseRules, OnlyThe68KeyModelHasAFileOfItsOwnAndOnlyAnotherVersion
         EXPECT_EQ(checkDeviceDatabaseVersion(read), expected) << int(read.result) << read.value.toStdString();
 }
 
-TEST_F(DeviceStoreTest, NewFileHasTheEightTablesAndTheSettingsRowsSeededOnce)
+TEST_F(DeviceStoreTest, NewFileHasTheNineTablesAndTheSettingsRowsSeededOnce)
 {
     DataPaths::setDataFolderOverride(folder.path() + "/not/yet/there");
     captureLines();
@@ -137,6 +137,7 @@ TEST_F(DeviceStoreTest, NewFileHasTheEightTablesAndTheSettingsRowsSeededOnce)
         {"t_macrorecord",
          "record_id:INTEGER:1:1 macro_id:INTEGER:1:0 record_type:INTEGER:1:0 record_index:INTEGER:1:0 "
          "record_desc:TEXT:1:0 record_value:INTEGER:1:0"},
+        {"t_apprule", "ruleId:INTEGER:1:1 app:TEXT:1:0 profId:INTEGER:1:0"},
     };
     EXPECT_EQ(queryRows(*store.db, R"(SELECT m.name, group_concat(c.name || ':' || c.type || ':' || c."notnull"
         || ':' || c.pk, ' ') FROM sqlite_master AS m, pragma_table_info(m.name) AS c WHERE m.type = 'table'
