@@ -149,8 +149,9 @@ void MainController::exportLightData(int row)
     // The row's own mode, under its name, whichever row is highlighted.
     const QString name = userlightmode_datas.at(row).value(QStringLiteral("text")).toString();
     const int64_t mode = userlightmode_datas.at(row).value(QStringLiteral("mode")).toLongLong();
-    const QString folder = chooseExchangeFile({{}, ExchangeDialog::Pick::Folder, {}});
-    if (folder.isEmpty())
+    const QString url = chooseExchangeFile(
+        {{}, ExchangeDialog::Pick::NewFile, QStringLiteral("light"), ExchangeFile::safeFileName(name) + QStringLiteral(".light")});
+    if (url.isEmpty())
         return;
     std::vector<RGBData> rows;
     if (!deviceDB || !deviceDB->queryKeyRGB(1, mode, rows))
@@ -158,11 +159,18 @@ void MainController::exportLightData(int row)
     std::vector<LEDData> leds;
     for (const RGBData& colour : rows)
         leds.push_back({0, colour.keyvalue, colour.rgbvalue});
-    const QString url = ExchangeFile::fileUrlInFolder(folder, name, QStringLiteral(".light"));
-    LightSQLite file(url);
-    if (!file.addLightMode(name, leds)) {
+    // Replaced whole, as a profile file is: never added to, kept if writing fails.
+    std::string failure;
+    const bool written = ExchangeFile::writeWhole(url, [&](const QString& tempUrl) {
+        LightSQLite file(tempUrl);
+        if (file.addLightMode(name, leds))
+            return true;
+        failure = file.failure;
+        return false;
+    }, failure);
+    if (!written) {
         showExchangeRefusal(appText(AppText::ExportLightUnwritable)
-                                .arg(quotedName(ExchangeFile::displayName(url)), QString::fromStdString(file.failure)));
+                                .arg(quotedName(ExchangeFile::displayName(url)), QString::fromStdString(failure)));
         return;
     }
     showExchangeResult(appText(AppText::ExportLightDone)

@@ -190,10 +190,20 @@ TEST_F(ExchangeWindow, ALightModeExportedImportsAsANewModeWithItsColours)
     ASSERT_EQ(controller->currentUserLightMode, 1);
 
     // Through the row's own buttons, as a user goes.
-    answer = QUrl::fromLocalFile(files.path()).toString();
-    controller->userLightRowView(0)->exportBtnView->click();
-    QCoreApplication::processEvents();  // the row's request is handled on the next turn
+    // The save dialog offers the light's name; a second export replaces
+    // the file whole instead of adding its rows behind the first ones.
+    answer = fileUrl("Dusk_Dawn.light");
+    for (int i = 0; i < 2; ++i) {
+        controller->userLightRowView(0)->exportBtnView->click();
+        QCoreApplication::processEvents();  // the row's request is handled on the next turn
+    }
     EXPECT_EQ(result(), "Exported the light mode \"Dusk/Dawn\" with 2 key colours to \"Dusk_Dawn.light\".");
+    EXPECT_EQ(asked.back(), (ExchangeDialog{{}, ExchangeDialog::Pick::NewFile, "light", "Dusk_Dawn.light"}));
+    {
+        SQLite::Database file((files.path() + "/Dusk_Dawn.light").toStdString());
+        EXPECT_EQ(queryRows(file, R"(SELECT COUNT(*) FROM "t_lightleddata")"), (Rows{{"2"}}));
+    }
+    EXPECT_EQ(QDir(files.path()).entryList(QDir::Files), QStringList{"Dusk_Dawn.light"});
 
     answer = fileUrl("Dusk_Dawn.light");
     const int framesBefore = keyboard->setCount();

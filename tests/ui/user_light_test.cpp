@@ -42,7 +42,9 @@ class UserLight : public ::testing::Test, protected VirtualSession {
 protected:
     UserLight()
         : VirtualSession([this](MainController::Environment& env) {
-              env.chooseExchangeFile = [this](const ExchangeDialog&) { return QUrl::fromLocalFile(files.path()).toString(); };
+              env.chooseExchangeFile = [this](const ExchangeDialog& dialog) {
+                  return QUrl::fromLocalFile(files.path() + "/" + dialog.name).toString();
+              };
           })
     {
     }

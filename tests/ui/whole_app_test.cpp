@@ -301,7 +301,7 @@ TEST_F(WholeApp, ScreenshotsOfEveryPageOfEachModelInBothLanguages)
         view.selectKeyView(i)->setKeyCheck(false);
     save("window-61k-cnc-painted-en");
     // The one line an export ends with.
-    answer = QUrl::fromLocalFile(files.path()).toString();
+    answer = QUrl::fromLocalFile(files.path() + "/Light 1.light").toString();
     c.exportLightData(0);
     save("window-light-exported-en");
 }
