@@ -2,14 +2,41 @@
 // The window controller in session with a virtual keyboard, for the scripted
 // measurements: the same start as a user's, with the keyboard plugged in.
 // `adjust` may add to the environment (the transport's pauses, for one).
+#include "Common/DataPaths.h"
 #include "HIDDevice/Platform/Virtual/VirtualHidManager.h"
 #include "LoopTiming.h"
 #include "Simulator/VirtualKeyboard.h"
 #include "View/MainController.h"
 
+#include <QApplication>
+#include <QTemporaryDir>
 
 #include <functional>
 #include <memory>
+
+// Set before the application is made: offscreen unless a platform is named.
+struct OffscreenUnlessNamed {
+    OffscreenUnlessNamed()
+    {
+        if (qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM"))
+            qputenv("QT_QPA_PLATFORM", "offscreen");
+    }
+};
+
+// The application a measurement runs in, with the images registered and a
+// data folder of its own: a fresh temporary one unless `folder` names one.
+struct BenchApp : OffscreenUnlessNamed {
+    QApplication app;
+    QTemporaryDir temporary;
+    QString folder;
+
+    BenchApp(int& argc, char** argv, const QString& chosen = {})
+        : app(argc, argv), folder(chosen.isEmpty() ? temporary.path() : chosen)
+    {
+        Q_INIT_RESOURCE(resources);
+        DataPaths::setDataFolderOverride(folder);
+    }
+};
 
 struct BenchSession {
     std::shared_ptr<VirtualBus> bus = std::make_shared<VirtualBus>();

@@ -44,12 +44,8 @@ void fillLibrary(DeviceSQLite& db)
 
 int main(int argc, char** argv)
 {
-    qputenv("QT_QPA_PLATFORM", qgetenv("QT_QPA_PLATFORM").isEmpty() ? "offscreen" : qgetenv("QT_QPA_PLATFORM"));
-    QApplication app(argc, argv);
-    Q_INIT_RESOURCE(resources);
+    BenchApp bench(argc, argv);
     const int runs = argc > 1 ? std::max(1, atoi(argv[1])) : 5;
-    QTemporaryDir data;
-    DataPaths::setDataFolderOverride(data.path());
 
     BenchSession session(VirtualKeyboard::Model::M61);
     MainController& controller = *session.controller;

@@ -74,12 +74,7 @@ void runSome(MainController& c, const Kind& kind, int from, int count)
 
 int main(int argc, char** argv)
 {
-    if (qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM"))
-        qputenv("QT_QPA_PLATFORM", "offscreen");
-    Q_INIT_RESOURCE(resources);
-    QApplication app(argc, argv);
-    QTemporaryDir temporary;
-    DataPaths::setDataFolderOverride(temporary.path());
+    BenchApp bench(argc, argv);
     const int count = argc > 1 ? std::atoi(argv[1]) : 1000;
     const int warmUp = 100;
 

@@ -42,12 +42,7 @@ void timeTurns(MainController& controller)
 
 int main(int argc, char** argv)
 {
-    if (qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM"))
-        qputenv("QT_QPA_PLATFORM", "offscreen");
-    Q_INIT_RESOURCE(resources);
-    QApplication app(argc, argv);
-    QTemporaryDir temporary;
-    DataPaths::setDataFolderOverride(temporary.path());
+    BenchApp bench(argc, argv);
 
     BenchSession session(VirtualKeyboard::Model::M61);
     if (!session.connected()) {

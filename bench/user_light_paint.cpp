@@ -58,13 +58,7 @@ void timeDrag(MainController& controller)
 
 int main(int argc, char** argv)
 {
-    if (qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM"))
-        qputenv("QT_QPA_PLATFORM", "offscreen");
-    Q_INIT_RESOURCE(resources);
-    QApplication app(argc, argv);
-    QTemporaryDir temporary;
-    const QString folder = argc > 1 ? QString::fromLocal8Bit(argv[1]) : temporary.path();
-    DataPaths::setDataFolderOverride(folder);
+    BenchApp bench(argc, argv, argc > 1 ? QString::fromLocal8Bit(argv[1]) : QString());
 
     BenchSession session(VirtualKeyboard::Model::K68);
     MainController& controller = *session.controller;
@@ -77,7 +71,7 @@ int main(int argc, char** argv)
     KeyboardView& view = *controller.orvane_keyboardctrl;
     for (int i = 0; i < int(view.kbKeyArraySelect.size()); ++i)
         view.selectKeyView(i)->setKeyCheck(true);
-    std::printf("device database in %s\n", qPrintable(folder));
+    std::printf("device database in %s\n", qPrintable(bench.folder));
     timePasses(controller);
     timeDrag(controller);
     // For comparison only: the same with a write-ahead log that syncs at
