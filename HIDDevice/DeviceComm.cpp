@@ -27,6 +27,7 @@ std::string arrayNotation(const uint8_t* bytes, std::size_t length)
 
 const HidStatus kStopped{HidResult::NotResponding, "the transport is stopped"};
 const HidStatus kNoDevice{HidResult::NotResponding, "no device"};
+const HidStatus kRepeatAgain{HidResult::NotResponding, "the keyboard asked for the report again after its repeat"};
 
 }  // namespace
 
@@ -101,6 +102,8 @@ HidStatus DeviceComm::exchange(const std::vector<uint8_t>& request, std::vector<
     std::size_t secondLength = Protocol::kReportSize;
     readStatus = getReport(second, secondLength);
     reply = second;
+    if (readStatus && second[Protocol::Offset::ReplyStatus] == Protocol::kReplyRepeat)
+        return kRepeatAgain;  // the keyboard asks twice: it will not take the frame
     return readStatus;
 }
 

@@ -4,7 +4,8 @@
 //
 // It sends the first 64 bytes of what it is given as feature report 4, waits
 // the fixed 10 ms before each step, reads one report back after each single
-// report and repeats a report once when the reply's byte 3 is 255. It knows
+// report and repeats a report once when the reply's byte 3 is 255 (a second
+// 255 is a failure: the keyboard will not take the frame). It knows
 // nothing of commands. The operations block their caller; the application
 // calls them only on its transport thread. Each answers with a HidStatus, so
 // a failure carries its reason. Whether the transport is busy is the

@@ -11,18 +11,37 @@
 
 TransportQueue::TransportQueue(QObject* parent) : QObject(parent)
 {
-    worker_ = std::thread([this] { workerLoop(); });
+    worker_ = std::thread([this, shared = shared_] { workerLoop(this, shared); });
 }
 
 TransportQueue::~TransportQueue()
 {
-    {
-        std::lock_guard lock(mutex_);
-        stopping_ = true;
-    }
-    wake_.notify_all();
-    if (worker_.joinable())
+    std::unique_lock lock(shared_->mutex);
+    shared_->stopping = true;
+    shared_->wake.notify_all();
+    if (shared_->wake.wait_for(lock, kShutdownWait, [this] { return shared_->workerDone; })) {
+        lock.unlock();
         worker_.join();
+        return;
+    }
+    // The worker is stuck in a transfer that may never return (a keyboard
+    // that stopped answering), and quitting must not wait for it. It is
+    // detached and left to the end of the process on purpose: it keeps its
+    // own reference to the shared state and its job's transport, and once
+    // `abandoned` is set it never calls this object again.
+    shared_->abandoned = true;
+    lock.unlock();
+    worker_.detach();
+}
+
+bool TransportQueue::post(TransportQueue* self, Shared& shared, std::function<void()> call)
+{
+    // Under the lock, so the owner's destructor cannot pass while the call is queued.
+    std::lock_guard lock(shared.mutex);
+    if (shared.abandoned)
+        return false;
+    QMetaObject::invokeMethod(self, std::move(call), Qt::QueuedConnection);
+    return true;
 }
 
 bool TransportQueue::submit(std::shared_ptr<DeviceComm> comm, ReportSequence sequence, ReplyHandler onReply)
@@ -42,10 +61,10 @@ bool TransportQueue::submit(std::shared_ptr<DeviceComm> comm, ReportSequence seq
         return true;
     }
     {
-        std::lock_guard lock(mutex_);
-        queue_.push_back(std::move(job));
+        std::lock_guard lock(shared_->mutex);
+        shared_->queue.push_back(std::move(job));
     }
-    wake_.notify_all();
+    shared_->wake.notify_all();
     return true;
 }
 
@@ -62,23 +81,27 @@ bool TransportQueue::waitForIdle(std::chrono::milliseconds timeout)
     return true;
 }
 
-void TransportQueue::workerLoop()
+void TransportQueue::workerLoop(TransportQueue* self, const std::shared_ptr<Shared>& shared)
 {
     for (;;) {
         Job job;
         {
-            std::unique_lock lock(mutex_);
-            wake_.wait(lock, [this] { return stopping_ || !queue_.empty(); });
-            if (stopping_)
+            std::unique_lock lock(shared->mutex);
+            shared->wake.wait(lock, [&] { return shared->stopping || !shared->queue.empty(); });
+            if (shared->stopping) {
+                shared->workerDone = true;
+                shared->wake.notify_all();
                 return;
-            job = std::move(queue_.front());
-            queue_.pop_front();
+            }
+            job = std::move(shared->queue.front());
+            shared->queue.pop_front();
         }
-        execute(job);
+        // Touches no member, so an abandoned owner is never reached.
+        self->execute(*shared, job);
     }
 }
 
-void TransportQueue::execute(Job& job)
+void TransportQueue::execute(Shared& shared, Job& job)
 {
     DeviceComm& comm = *job.comm;
     const bool carriesData = job.sequence.carriesDataReports();
@@ -95,14 +118,22 @@ void TransportQueue::execute(Job& job)
         open = false;
     };
 
-    // The first failure of a sequence is logged with its reason; the rest of
-    // the sequence still runs, as the keyboard expects its frames in order.
+    // The first failure of a sequence is logged with its reason. A transfer
+    // that times out, or a frame still asked for again after its repeat,
+    // means the keyboard is not answering: its transport is released, so the
+    // rest of this sequence and everything queued behind it for the same
+    // keyboard is skipped instead of waiting out every timeout, and the
+    // owner is told once. Only unplugging the keyboard brings it back.
     bool failureLogged = false;
     auto note = [&](const HidStatus& status) {
         if (status || failureLogged)
             return;
         failureLogged = true;
         qCWarning(lcOrvane, "%s: %s", job.sequence.name.c_str(), status.reason().c_str());
+        if (status.result() == HidResult::NotResponding && !comm.isReleased()) {
+            comm.release();
+            post(this, shared, [this] { emit keyboardNotAnswering(); });
+        }
     };
 
     if (DeviceComm::hexDumpEnabled())
@@ -139,25 +170,23 @@ void TransportQueue::execute(Job& job)
             // The handler may hand over uploads; they must go out before the
             // rest of this sequence, so wait for them here.
             {
-                std::lock_guard lock(mutex_);
-                continuation_.reset();
+                std::lock_guard lock(shared.mutex);
+                shared.continuation.reset();
             }
-            QMetaObject::invokeMethod(
-                this, [this, handler = job.onReply, result] { deliverReply(handler, result); },
-                Qt::QueuedConnection);
+            post(this, shared, [this, handler = job.onReply, result] { deliverReply(handler, result); });
             std::vector<Job> inserted;
             {
-                std::unique_lock lock(mutex_);
-                wake_.wait(lock, [this] { return stopping_ || continuation_.has_value(); });
-                if (stopping_)
+                std::unique_lock lock(shared.mutex);
+                shared.wake.wait(lock, [&] { return shared.stopping || shared.continuation.has_value(); });
+                if (shared.stopping)
                     return;
-                inserted = std::move(*continuation_);
-                continuation_.reset();
+                inserted = std::move(*shared.continuation);
+                shared.continuation.reset();
             }
             if (!inserted.empty()) {
                 closeBracket();
                 for (Job& inner : inserted)
-                    execute(inner);
+                    execute(shared, inner);
                 openBracket();
             }
             break;
@@ -165,7 +194,7 @@ void TransportQueue::execute(Job& job)
         }
     }
     closeBracket();
-    QMetaObject::invokeMethod(this, [this] { finished(); }, Qt::QueuedConnection);
+    post(this, shared, [this] { finished(); });
 }
 
 void TransportQueue::deliverReply(const ReplyHandler& handler, const ExchangeResult& result)
@@ -175,10 +204,10 @@ void TransportQueue::deliverReply(const ReplyHandler& handler, const ExchangeRes
     handler(result);
     capture_ = nullptr;
     {
-        std::lock_guard lock(mutex_);
-        continuation_ = std::move(captured);
+        std::lock_guard lock(shared_->mutex);
+        shared_->continuation = std::move(captured);
     }
-    wake_.notify_all();
+    shared_->wake.notify_all();
 }
 
 void TransportQueue::finished()

@@ -17,7 +17,10 @@
 // single-threaded program would send them.
 //
 // A step whose DeviceComm has been released (the keyboard went away) is
-// skipped; the sequence still ends normally.
+// skipped; the sequence still ends normally. A keyboard that stops answering
+// (a transfer fails for want of an answer, or a frame is asked for again
+// after its repeat) has its DeviceComm released the same way and is
+// announced by keyboardNotAnswering().
 
 #include "HIDDevice/DeviceComm.h"
 #include "Protocol/ReportSequence.h"
@@ -44,7 +47,9 @@ public:
     using ReplyHandler = std::function<void(const ExchangeResult&)>;
 
     explicit TransportQueue(QObject* parent = nullptr);
+    // Gives the worker at most kShutdownWait to end, then abandons it.
     ~TransportQueue() override;
+    static constexpr std::chrono::milliseconds kShutdownWait{1000};
 
     // Hands a sequence over. `onReply` runs on this object's thread for the
     // sequence's first Exchange step. Returns false when nothing was handed
@@ -60,6 +65,8 @@ public:
 
 signals:
     void busyChanged(bool busy);
+    // The keyboard of a sequence stopped answering; what was left for it was dropped.
+    void keyboardNotAnswering();
 
 private:
     struct Job {
@@ -68,17 +75,27 @@ private:
         ReplyHandler onReply;
     };
 
-    void workerLoop();
-    void execute(Job& job);
+    // What the worker thread touches. It holds its own reference, so a worker
+    // abandoned at shutdown (blocked in a transfer) never reaches freed memory.
+    struct Shared {
+        std::mutex mutex;
+        std::condition_variable wake;
+        std::deque<Job> queue;
+        std::optional<std::vector<Job>> continuation;  // set by the owner, taken by the worker
+        bool stopping = false;
+        bool workerDone = false;
+        bool abandoned = false;  // the owner is gone: the worker must not call it
+    };
+
+    static void workerLoop(TransportQueue* self, const std::shared_ptr<Shared>& shared);
+    void execute(Shared& shared, Job& job);
+    // Queues `call` on the owner thread unless the owner has gone.
+    static bool post(TransportQueue* self, Shared& shared, std::function<void()> call);
     // Runs on the owner thread: the handler, with submits captured.
     void deliverReply(const ReplyHandler& handler, const ExchangeResult& result);
     void finished();
 
-    std::mutex mutex_;
-    std::condition_variable wake_;
-    std::deque<Job> queue_;
-    std::optional<std::vector<Job>> continuation_;  // set by the owner, taken by the worker
-    bool stopping_ = false;
+    std::shared_ptr<Shared> shared_ = std::make_shared<Shared>();
 
     int pending_ = 0;                      // owner thread only
     std::vector<Job>* capture_ = nullptr;  // owner thread only, set while a reply handler runs

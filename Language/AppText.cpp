@@ -240,6 +240,8 @@ constexpr std::array kTexts{
           "for your desktop.",
           "无法启动任何程序来打开 %1。请手动打开，或为桌面设置默认浏览器和 PDF 阅读器。"},
     Texts{AppText::KeyCannotBeSet, "This key cannot be set; press another", "无法设置此按键，请换一个"},
+    Texts{AppText::KeyboardNotAnswering, "The keyboard is not answering: unplug it and plug it in again",
+          "键盘没有响应：请拔下键盘，然后重新插入"},
 
     // Access to the keyboards and to keys typed in other windows.
     Texts{AppText::PermissionOpening, "Orvane Keyboard Studio is not allowed to talk to %1 (%2). ",

@@ -122,6 +122,7 @@ enum class AppText {
     GuideCopyFailed,  // %1 folder, %2 reason
     LinkOpenFailed,   // %1 address
     KeyCannotBeSet,
+    KeyboardNotAnswering,
 
     // Access to the keyboards and to keys typed in other windows.
     PermissionOpening,        // %1 keyboard, %2 device node

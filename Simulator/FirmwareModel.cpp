@@ -190,7 +190,7 @@ void FirmwareModel::onCommandFrame(const Report& frame, Time at)
         return;
     }
 
-    if (repeatRequested_) {
+    if (repeatRequested_ || repeatForever_) {
         repeatRequested_ = false;
         lastReply_ = frame;
         lastReply_[Offset::ReplyStatus] = Protocol::kReplyRepeat;
@@ -379,6 +379,11 @@ void FirmwareModel::setActiveProfile(int profile)
 void FirmwareModel::requestRepeatOnce()
 {
     repeatRequested_ = true;
+}
+
+void FirmwareModel::setRepeatForever(bool on)
+{
+    repeatForever_ = on;
 }
 
 const FirmwareModel::Block& FirmwareModel::keyTable(int profile) const { return state_.profile(profile).keyTable; }

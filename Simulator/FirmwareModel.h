@@ -73,6 +73,7 @@ public:
     // Controls, as the user or a test would use them.
     void setActiveProfile(int profile);  // what the status poll reports, 0..255
     void requestRepeatOnce();            // the next command frame gets 0xFF
+    void setRepeatForever(bool on);      // every command frame gets 0xFF (a stuck keyboard)
     // The keyboard lost power: whatever upload was under way is forgotten.
     void unplugged();
 
@@ -131,6 +132,7 @@ private:
     uint16_t dataSum_ = 0;
     Report lastReply_{};
     bool repeatRequested_ = false;
+    bool repeatForever_ = false;
     std::optional<Time> lastReportAt_;
 
     KeyboardState state_;

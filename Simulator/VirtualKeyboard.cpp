@@ -192,6 +192,12 @@ void VirtualKeyboard::requestRepeatOnce()
     state_->firmware.requestRepeatOnce();
 }
 
+void VirtualKeyboard::setRepeatForever(bool on)
+{
+    std::lock_guard lock(state_->mutex);
+    state_->firmware.setRepeatForever(on);
+}
+
 FirmwareModel VirtualKeyboard::firmware() const
 {
     std::lock_guard lock(state_->mutex);

@@ -61,6 +61,7 @@ public:
     // Controls: what the user does on the keyboard, or a test wants to provoke.
     void setActiveProfile(int profile);
     void requestRepeatOnce();
+    void setRepeatForever(bool on);
 
     // Read-back. firmware() is a copy taken under the lock, so its accessors
     // (key tables, light modes, user lights, counters ...) are consistent.

@@ -1,6 +1,7 @@
 #include "View/MainController.h"
 
 #include "Common/NotificationCenter.h"
+#include "Language/AppText.h"
 #include "FocusWatch/FocusSource.h"
 #include "SQLite/DeviceSQLite.h"
 #include "SQLite/LocalSQLite.h"
@@ -29,6 +30,9 @@ MainController::MainController(Environment environment, QWidget* parent)
             showProblem(message);
             noteKeyboardUnreachable(message);
         }, Qt::QueuedConnection);
+    });
+    connect(transport_.get(), &TransportQueue::keyboardNotAnswering, this, [this] {
+        showProblem([] { return appText(AppText::KeyboardNotAnswering); }, kNotAnsweringTopic);
     });
 }
 

@@ -173,6 +173,8 @@ public:
     // The same for a message that follows a language switch: `text` gives
     // it in the language in force.
     void showProblem(std::function<QString()> text, const QString& topic);
+    // The topic of "the keyboard is not answering", withdrawn at the next connection.
+    static inline const QString kNotAnsweringTopic = QStringLiteral("keyboard-not-answering");
 
     // ---- Keyboard picture (MainControllerLayout, MainControllerKeyboard) ----
     // Each builder loads the model's key maps, sets `keyboardLayout`, places

@@ -93,6 +93,7 @@ void MainController::ConnectDevice()
     session_ = announcement();
     if (!session_)
         return;
+    withdrawProblem(kNotAnsweringTopic);  // a fresh connection answers again
     setCurrentDevice(session_->deviceType);
     fillFlagAndNormalKeys();
     const QString previousStore = deviceDBfile;

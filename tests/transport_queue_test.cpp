@@ -5,9 +5,11 @@
 #include "Protocol/UploadSequences.h"
 #include "support/HexBytes.h"
 #include "support/RecordingHidDevice.h"
+#include "Simulator/VirtualKeyboard.h"
 
 #include <QCoreApplication>
 
+#include <latch>
 #include <optional>
 #include <gtest/gtest.h>
 
@@ -107,4 +109,57 @@ TEST(TransportQueue, AReleasedTransportSkipsEveryStepButTheSequenceStillEnds)
     ASSERT_TRUE(seen) << "the poll learns that it got no reply";
     EXPECT_FALSE(seen->sent);
     EXPECT_FALSE(rig.queue.isBusy());
+}
+
+TEST(TransportQueue, AKeyboardAskingForEveryFrameAgainIsAnnouncedOnceAndWhatIsLeftForItIsDropped)
+{
+    VirtualKeyboard kb(VirtualKeyboard::Model::M61);
+    kb.setRepeatForever(true);
+    // The real 10 ms pauses, so the keyboard sees the host's pacing.
+    const auto comm = std::make_shared<DeviceComm>(kb.interfaceHandle(VirtualKeyboard::Interface::Configuration));
+    TransportQueue queue;
+    int announced = 0;
+    QObject::connect(&queue, &TransportQueue::keyboardNotAnswering, [&] { ++announced; });
+    queue.submit(comm, UploadSequences::keyTable(1, UploadSequences::NineReports{}));
+    queue.submit(comm, UploadSequences::lightMode(1, UploadSequences::Report{}));
+    queue.submit(comm, oneFrame("later", Protocol::Command::SystemSet, 9));
+    ASSERT_TRUE(queue.waitForIdle(5s));
+    EXPECT_EQ(announced, 1);
+    EXPECT_EQ(queue.pending(), 0);
+    EXPECT_TRUE(comm->isReleased());
+    // The first frame and its one repeat, both answered 0xFF; nothing after.
+    Frames wire;
+    for (const TraceRecord& r : kb.recentTrace())
+        wire.push_back((r.op == TraceRecord::Op::Set ? "set " : "get ") + hexFromBytes({r.data.begin(), r.data.end()}));
+    const std::string begin = frame({0x04, 0x18}), asked = frame({0x04, 0x18, 0, 0xFF});
+    EXPECT_EQ(wire, (Frames{"set " + begin, "get " + asked, "set " + begin, "get " + asked}));
+}
+
+namespace {
+// A keyboard whose every read hangs: the latch is never counted down.
+struct HangingReadDevice : RecordingHidDevice {
+    std::shared_ptr<std::latch> never = std::make_shared<std::latch>(1);
+    std::atomic<bool> reading = false;
+    HidStatus getFeatureReport(uint8_t, std::span<uint8_t>, std::size_t&) override
+    {
+        reading = true;
+        never->wait();
+        return {};
+    }
+};
+}  // namespace
+
+TEST(TransportQueue, ShutdownDoesNotWaitForATransferThatNeverReturns)
+{
+    const auto device = std::make_shared<HangingReadDevice>();
+    auto queue = std::make_unique<TransportQueue>();
+    bool destroyed = false;
+    QObject::connect(queue.get(), &QObject::destroyed, [&] { destroyed = true; });
+    queue->submit(std::make_shared<DeviceComm>(device, [](std::chrono::milliseconds) {}), UploadSequences::statusPoll(),
+                  [](const TransportQueue::ExchangeResult&) { ADD_FAILURE() << "no reply can come"; });
+    while (!device->reading)
+        std::this_thread::yield();
+    queue.reset();  // without the bounded wait this never returns, and the test's timeout fails it
+    EXPECT_TRUE(destroyed);
+    EXPECT_EQ(device->sets(), Frames{frame({0x04, 0x30})});
 }
