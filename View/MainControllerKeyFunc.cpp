@@ -34,21 +34,16 @@ void MainController::CustomKeyFuncMsg(const QVariant& object)
 
 void MainController::addCustomKey(ProfileKey& keydata)
 {
-    // The key is the one clicked now; the profile is the one the keyboard
-    // ends on once a poll's reply that is owed has come in, so what is
-    // stored, shown and sent agree.
+    if (!deviceDB)
+        return;
+    keydata.profId = currentProfile;
     keydata.keyValue = currentKeyValue;
-    afterPollReply([this, keydata]() mutable {
-        if (!deviceDB)
-            return;
-        keydata.profId = currentProfile;
-        const int64_t result = deviceDB->addKeyProfile(keydata);
-        // A row was wanted and none is there: the store refused the write
-        // and kept the key's earlier assignment, which the key goes on
-        // showing.
-        if (result < 1 && keydata.macroValue != 0)
-            showProblem(appText(AppText::KeyAssignmentSaveFailed), QStringLiteral("key-assignment"));
-        loadKeyMacro();
-        setKeyMacroData(currentProfile);
-    });
+    const int64_t result = deviceDB->addKeyProfile(keydata);
+    // A row was wanted and none is there: the store refused the write and
+    // kept the key's earlier assignment, which the key goes on showing.
+    if (result < 1 && keydata.macroValue != 0)
+        showProblem(appText(AppText::KeyAssignmentSaveFailed),
+                    QStringLiteral("key-assignment"));
+    loadKeyMacro();
+    setKeyMacroData(currentProfile);
 }

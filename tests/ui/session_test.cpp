@@ -198,25 +198,3 @@ TEST_F(Session, AProfilePickedWhileAPollIsOutIsKeptAfterTheKeyboardsReply)
         "040200", "041800", "041302", "010000", "040202", "04f002", "041800", "041702", "000000", "040200"};
     EXPECT_EQ(tail, expected);
 }
-
-TEST_F(Session, AKeyAssignedWhileAPollIsOutGoesToTheProfileTheKeyboardEndsOn)
-{
-    auto keyboard = plug(Model::M61);
-    const std::string firstTable = hexFromBytes(keyboard->firmware().keyTable(1));
-    const std::string thirdTable = hexFromBytes(keyboard->firmware().keyTable(3));
-    keyboard->setActiveProfile(3);
-    controller->pollKeyboardProfile();
-    // Escape (41) typed as A (4), made while the poll's reply is owed.
-    controller->currentKeyValue = 41;
-    ProfileKey typeA{.macroType = 14, .macroValue = 4, .macroDesc = "A"};
-    controller->addCustomKey(typeA);
-    ASSERT_TRUE(waitUntil([&] { return controller->currentProfile == 3 && !controller->hidcomm_busy(); }));
-    ASSERT_TRUE(controller->transport().waitForIdle(std::chrono::seconds(5)));
-    EXPECT_EQ(hexFromBytes(keyboard->firmware().keyTable(1)), firstTable);
-    EXPECT_NE(hexFromBytes(keyboard->firmware().keyTable(3)), thirdTable);
-    std::vector<ProfileKey> third, first;
-    controller->deviceDB->queryKeysProfile(3, third);
-    controller->deviceDB->queryKeysProfile(1, first);
-    EXPECT_EQ(third.size(), 1u);
-    EXPECT_TRUE(first.empty());
-}
