@@ -231,6 +231,10 @@ constexpr std::array kTexts{
           "The mode's colours could not be read from the database, so nothing was sent to the keyboard. "
           "Reconnect the keyboard and save the mode again.",
           "无法从数据库读取该灯效的颜色，未向键盘发送任何内容。请重新连接键盘，然后再次保存该灯效。"},
+    Texts{AppText::SettingsReadFailed,
+          "The profile's light mode and key locks could not be read from the database (%1), so nothing was sent "
+          "to the keyboard: it keeps its own. Reconnect the keyboard to try again.",
+          "无法从数据库读取该配置的灯效和按键锁定（%1），未向键盘发送任何内容：键盘保留其原有设置。请重新连接键盘后重试。"},
     Texts{AppText::GuideCopyFailed,
           "The user guide could not be copied to %1 (%2). Free some space or make the folder writable, "
           "then click the guide button again.",

@@ -119,6 +119,7 @@ enum class AppText {
     KeyAssignmentSaveFailed,
     KeyColoursSaveFailed,
     LightColoursReadFailed,
+    SettingsReadFailed,  // %1 reason
     GuideCopyFailed,  // %1 folder, %2 reason
     LinkOpenFailed,   // %1 address
     KeyCannotBeSet,

@@ -95,6 +95,10 @@ public:
     // The value of a setting of one profile; "" when the profile has no such
     // row or the query fails. Keys are compared exactly, case included.
     QString getConfigData(int profile, const QString& keyValue) const;
+    // The same read, saying whether it found the row (Ok), found none
+    // (Missing) or failed: what is sent to the keyboard comes only from a
+    // read that did not fail.
+    StoreRead readConfigData(int profile, const QString& keyValue) const;
     // Sets an existing setting; never creates a row. False only when the
     // statement fails: a missing row changes nothing and answers true.
     bool updateConfigData(int profile, const QString& keyValue, const QString& newvalue);

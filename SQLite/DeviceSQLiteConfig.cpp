@@ -2,6 +2,7 @@
 // key and profile, all text.
 
 #include "SQLite/DeviceSQLite.h"
+#include "SQLite/StoreSupport.h"
 
 #include <SQLiteCpp/Statement.h>
 
@@ -16,18 +17,25 @@ void DeviceSQLite::setConfigValue(int profile, const std::string& key, const std
 
 QString DeviceSQLite::getConfigData(int profile, const QString& keyValue) const
 {
+    return readConfigData(profile, keyValue).value;
+}
+
+StoreRead DeviceSQLite::readConfigData(int profile, const QString& keyValue) const
+{
     if (!db)
-        return {};
+        return {health.opening.result, {}, health.opening.reason};
     try {
         SQLite::Statement query(*db, R"(SELECT "value" FROM "t_configdata" WHERE "profId" = ? AND "key" = ?)");
         query.bind(1, profile);
         query.bind(2, keyValue.toStdString());
+        StoreSupport::reachStep("device.read.config");
         if (query.executeStep())
-            return QString::fromStdString(query.getColumn(0).getString());
+            return {StoreResult::Ok, QString::fromStdString(query.getColumn(0).getString()), {}};
+        return {};
     } catch (const std::exception& e) {
         failed(e);
+        return {health.lastFailure.result, {}, health.lastFailure.reason};
     }
-    return {};
 }
 
 bool DeviceSQLite::updateConfigData(int profile, const QString& keyValue, const QString& newvalue)

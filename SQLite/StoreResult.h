@@ -34,6 +34,8 @@ struct StoreRead {
     StoreResult result = StoreResult::Missing;
     QString value;
     std::string reason;
+    // Neither a value nor a sure "no such row".
+    bool failed() const { return result != StoreResult::Ok && result != StoreResult::Missing; }
 };
 
 // Sorts a caught exception by its SQLite error code.

@@ -64,6 +64,7 @@ Opening openInDatabaseFolder(const QString& fileName, bool moveOldAside);
 //   "device.wipe.commit", "device.reset.commit"  just before the commit
 //   "light.rgb.delete"    after a key's old colour row is deleted
 //   "light.pass.N"        after key N (from 1) of a paint pass is stored
+//   "device.read.config"  before a setting of a profile is read
 using FaultHook = std::function<void(std::string_view step)>;
 inline FaultHook faultHook;
 

@@ -78,6 +78,7 @@ class QColorDialog;
 class UserLightTableItemView;
 class FloatingWindowGroup;
 struct StoreHealth;
+struct StoreRead;
 // Key menus and the key tool tip
 class KeyMenuViewController;
 class KeySubMenuViewController;
@@ -126,6 +127,8 @@ public:
     void initSQLite();
     // A store's trouble, if it has any, as a message in the window.
     void reportStoreProblem(const StoreHealth& health, const QString& contents);
+    // Says that a profile's settings could not be read and nothing was sent.
+    void settingsUnread(const StoreRead& read);
     void watchStore(StoreHealth& health, bool local);
     void storeOperationFailed(const StoreHealth& seen, bool local);
 
@@ -133,6 +136,7 @@ public:
     void getKeyboardProfile();   // starts the poll timer
     void pollKeyboardProfile();  // one tick of it
     void swicthProfile(int profileId);
+    void switchToStoredProfile();
     // The user's choice of profile (the profile menu). Goes through
     // afterPollReply, so a choice made while a poll is out lands after it.
     void pickProfile(int profileId);

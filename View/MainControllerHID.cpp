@@ -111,10 +111,20 @@ void MainController::ConnectDevice()
     if (!currentTransport() || !deviceDB)
         return;
     loadMacroData();
+    switchToStoredProfile();
+}
+
+void MainController::switchToStoredProfile()
+{
     // The stored profile wins at connection; the poll follows the keyboard
-    // afterwards. A seeded database always holds a number here.
+    // afterwards. A seeded database always holds a number here. A read that
+    // failed is no reason to send profile 1's settings, nor to store 1 over
+    // the number the user left.
+    const StoreRead read = deviceDB->readConfigData(1, QStringLiteral("currentProfile"));
+    if (read.failed())
+        return settingsUnread(read);
     bool ok = false;
-    const int stored = deviceDB->getConfigData(1, QStringLiteral("currentProfile")).toInt(&ok);
+    const int stored = read.value.toInt(&ok);
     if (!ok || stored < Protocol::kFirstProfile || stored > Protocol::kLastProfile) {
         OutputLine::print("currentProfile unreadable, using profile 1");
         swicthProfile(Protocol::kFirstProfile);

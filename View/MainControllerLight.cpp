@@ -155,7 +155,13 @@ void MainController::loadBacklightData()
 {
     if (!deviceDB)
         return;
-    showStoredLightMode();
+    // A read that failed sends nothing: the keyboard keeps its own effect
+    // rather than getting the default one.
+    const StoreRead stored = deviceDB->readConfigData(currentProfile, kLightModeKey);
+    if (stored.failed())
+        return settingsUnread(stored);
+    currentLightMode = lightModeFromStored(stored.value);
+    showLightModeRow();
     setHFDBackLightData(currentProfile);
 }
 

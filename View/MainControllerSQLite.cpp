@@ -55,6 +55,15 @@ void MainController::reportStoreProblem(const StoreHealth& health, const QString
                 health.file + ':' + QString::number(int(result)));
 }
 
+void MainController::settingsUnread(const StoreRead& read)
+{
+    // Under the store watch's own topic: its "could not be saved" would be
+    // wrong beside this one.
+    const QString reason = QString::fromStdString(read.reason);
+    showProblem([reason] { return appText(AppText::SettingsReadFailed).arg(reason); },
+                (deviceDB ? deviceDB->health.file : QString()) + ':' + QString::number(int(read.result)));
+}
+
 // Every failed operation of the store is said, once per file and reason.
 // Said after the action that failed has ended, from a snapshot: the store
 // may be replaced by then. The control of a write that failed goes back by

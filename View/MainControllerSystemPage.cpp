@@ -145,8 +145,15 @@ void MainController::setHFDSystemSetData(int profile)
     // release locks the user set.
     if (!isSendDevice || !deviceDB)
         return;
+    // Nor after a read that failed: it would read as "unlocked".
+    StoreRead unread{StoreResult::Ok};
     const uint8_t lockByte = SystemSettingsBlock::lockByte([&](std::string_view key) {
-        return deviceDB->getConfigData(profile, settingKey(key)).toStdString();
+        const StoreRead stored = deviceDB->readConfigData(profile, settingKey(key));
+        if (stored.failed())
+            unread = stored;
+        return stored.value.toStdString();
     });
+    if (unread.failed())
+        return settingsUnread(unread);
     submitSequence(UploadSequences::systemSettings(profile, SystemSettingsBlock::build(lockByte)));
 }

@@ -220,3 +220,28 @@ TEST_F(DataSafety, AResetTheStoreCouldNotMakeSendsNothingAndSaysSo)
         EXPECT_TRUE(shown().contains("could not be saved (injected)")) << step << ' ' << shown().toStdString();
     }
 }
+
+// A failed read is no default: profile 1's settings, default lights and
+// unlocked keys would overwrite what the keyboard holds.
+TEST_F(DataSafety, SettingsTheStoreCannotReadAreNeverSentAsDefaults)
+{
+    start();
+    {
+        ScopedFault fault("device.read.config");
+        plug();
+        QCoreApplication::processEvents();
+        settle();
+        EXPECT_EQ(keyboard->setCount(), 0) << "connection";
+        EXPECT_TRUE(shown().contains("could not be read from the database (injected)")) << shown().toStdString();
+    }
+    replug();
+    settle();
+    ASSERT_GT(keyboard->setCount(), 0);
+
+    const int frames = keyboard->setCount();
+    ScopedFault fault("device.read.config");
+    controller->pickProfile(3);
+    QCoreApplication::processEvents();
+    settle();
+    EXPECT_EQ(keyboard->setCount(), frames) << "profile switch";
+}
