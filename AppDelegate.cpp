@@ -159,8 +159,29 @@ void AppDelegate::plugDemoKeyboard()
     VirtualKeyboard::Options options;
     options.tracePath = options_.traceFile;
     demoKeyboard_ = VirtualKeyboard::fromDemoName(options_.demoModel, options);
-    if (demoKeyboard_)
-        VirtualBus::shared()->plug(demoKeyboard_);
+    if (!demoKeyboard_)
+        return;
+    VirtualBus::shared()->plug(demoKeyboard_);
+    bool counted = false;
+    const int reports = qEnvironmentVariableIntValue("ORVANE_DEMO_UNPLUG_AFTER", &counted);
+    if (counted && reports > 0)
+        pullDemoCableOnce(reports);
+}
+
+void AppDelegate::pullDemoCableOnce(int reports)
+{
+    demoKeyboard_->unplugDuringUpload(reports);
+    // The keyboard drops on the transport thread; the bus is told from here.
+    auto* watch = new QTimer(this);
+    connect(watch, &QTimer::timeout, this, [this, watch] {
+        if (demoKeyboard_->isPlugged())
+            return;
+        watch->stop();
+        watch->deleteLater();
+        VirtualBus::shared()->unplug(demoKeyboard_);
+        QTimer::singleShot(3000, this, [this] { VirtualBus::shared()->plug(demoKeyboard_); });
+    });
+    watch->start(50);
 }
 
 void AppDelegate::quitWithScreenshot()

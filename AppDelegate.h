@@ -68,6 +68,10 @@ protected:
 
 private:
     void plugDemoKeyboard();
+    // ORVANE_DEMO_UNPLUG_AFTER=N: the demo keyboard's cable comes out N
+    // reports into the first key table, light slot or macro upload, once,
+    // and goes back three seconds later.
+    void pullDemoCableOnce(int reports);
     void quitWithScreenshot();
 
     AppOptions options_;

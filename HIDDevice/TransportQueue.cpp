@@ -44,7 +44,8 @@ bool TransportQueue::post(TransportQueue* self, Shared& shared, std::function<vo
     return true;
 }
 
-bool TransportQueue::submit(std::shared_ptr<DeviceComm> comm, ReportSequence sequence, ReplyHandler onReply)
+bool TransportQueue::submit(std::shared_ptr<DeviceComm> comm, ReportSequence sequence, ReplyHandler onReply,
+                            EndHandler onEnd)
 {
     if (!sequence.refusal.empty()) {
         OutputLine::print("not sent: " + sequence.name + ": " + sequence.refusal);
@@ -55,7 +56,7 @@ bool TransportQueue::submit(std::shared_ptr<DeviceComm> comm, ReportSequence seq
     ++pending_;
     if (pending_ == 1)
         emit busyChanged(true);
-    Job job{std::move(comm), std::move(sequence), std::move(onReply)};
+    Job job{std::move(comm), std::move(sequence), std::move(onReply), std::move(onEnd)};
     if (capture_) {
         capture_->push_back(std::move(job));
         return true;
@@ -118,6 +119,12 @@ void TransportQueue::execute(Shared& shared, Job& job)
         open = false;
     };
 
+    // The sequence's verdict, decided here only: it finished when every step
+    // went out and was taken. A failed step, or one skipped for a released
+    // transport, leaves it unfinished. A check of what the keyboard says it
+    // received belongs here too.
+    bool finished = true;
+
     // The first failure of a sequence is logged with its reason. A transfer
     // that times out, or a frame still asked for again after its repeat,
     // means the keyboard is not answering: its transport is released, so the
@@ -126,6 +133,8 @@ void TransportQueue::execute(Shared& shared, Job& job)
     // owner is told once. Only unplugging the keyboard brings it back.
     bool failureLogged = false;
     auto note = [&](const HidStatus& status) {
+        if (!status)
+            finished = false;
         if (status || failureLogged)
             return;
         failureLogged = true;
@@ -144,8 +153,10 @@ void TransportQueue::execute(Shared& shared, Job& job)
         // A released transport skips every step; only an exchange whose
         // handler is still owed an answer goes on, to report "not sent".
         const bool owesReply = step.kind == ReportStep::Kind::Exchange && job.onReply && !replyDelivered;
-        if (comm.isReleased() && !owesReply)
+        if (comm.isReleased() && !owesReply) {
+            finished = false;
             continue;
+        }
         switch (step.kind) {
         case ReportStep::Kind::Single:
             note(comm.sendDeviceData(step.data));
@@ -163,6 +174,8 @@ void TransportQueue::execute(Shared& shared, Job& job)
                 result.sent = true;
                 result.status = comm.getDeviceData(result.reply);
                 note(result.status);
+            } else {
+                finished = false;
             }
             if (!job.onReply || replyDelivered)
                 break;
@@ -194,7 +207,7 @@ void TransportQueue::execute(Shared& shared, Job& job)
         }
     }
     closeBracket();
-    post(this, shared, [this] { finished(); });
+    post(this, shared, [this, onEnd = job.onEnd, finished] { ended(onEnd, finished); });
 }
 
 void TransportQueue::deliverReply(const ReplyHandler& handler, const ExchangeResult& result)
@@ -210,8 +223,11 @@ void TransportQueue::deliverReply(const ReplyHandler& handler, const ExchangeRes
     shared_->wake.notify_all();
 }
 
-void TransportQueue::finished()
+void TransportQueue::ended(const EndHandler& onEnd, bool finished)
 {
+    // The verdict is taken up before the queue can report idle.
+    if (onEnd)
+        onEnd(finished);
     --pending_;
     if (pending_ == 0)
         emit busyChanged(false);

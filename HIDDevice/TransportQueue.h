@@ -21,6 +21,12 @@
 // (a transfer fails for want of an answer, or a frame is asked for again
 // after its repeat) has its DeviceComm released the same way and is
 // announced by keyboardNotAnswering().
+//
+// Every handed-over sequence ends with one verdict, decided in execute() and
+// nowhere else: finished (every step went out and was taken) or not (a step
+// failed, or was skipped because the transport was released). The verdict
+// reaches the sequence's end handler on the owner thread, before the queue
+// reports idle; a sequence still queued at shutdown gets none.
 
 #include "HIDDevice/DeviceComm.h"
 #include "Protocol/ReportSequence.h"
@@ -45,6 +51,7 @@ public:
         bool ok() const { return sent && status.ok(); }
     };
     using ReplyHandler = std::function<void(const ExchangeResult&)>;
+    using EndHandler = std::function<void(bool finished)>;
 
     explicit TransportQueue(QObject* parent = nullptr);
     // Gives the worker at most kShutdownWait to end, then abandons it.
@@ -52,9 +59,11 @@ public:
     static constexpr std::chrono::milliseconds kShutdownWait{1000};
 
     // Hands a sequence over. `onReply` runs on this object's thread for the
-    // sequence's first Exchange step. Returns false when nothing was handed
-    // over (no transport, or a refused sequence).
-    bool submit(std::shared_ptr<DeviceComm> comm, ReportSequence sequence, ReplyHandler onReply = {});
+    // sequence's first Exchange step; `onEnd` runs there with the sequence's
+    // verdict. Returns false when nothing was handed over (no transport, or a
+    // refused sequence); `onEnd` is not called then.
+    bool submit(std::shared_ptr<DeviceComm> comm, ReportSequence sequence, ReplyHandler onReply = {},
+                EndHandler onEnd = {});
 
     int pending() const { return pending_; }
     bool isBusy() const { return pending_ > 0; }
@@ -73,6 +82,7 @@ private:
         std::shared_ptr<DeviceComm> comm;
         ReportSequence sequence;
         ReplyHandler onReply;
+        EndHandler onEnd;
     };
 
     // What the worker thread touches. It holds its own reference, so a worker
@@ -93,7 +103,7 @@ private:
     static bool post(TransportQueue* self, Shared& shared, std::function<void()> call);
     // Runs on the owner thread: the handler, with submits captured.
     void deliverReply(const ReplyHandler& handler, const ExchangeResult& result);
-    void finished();
+    void ended(const EndHandler& onEnd, bool finished);
 
     std::shared_ptr<Shared> shared_ = std::make_shared<Shared>();
 

@@ -32,12 +32,28 @@ struct ReportStep {
     static ReportStep sleep(std::chrono::milliseconds ms) { return {Kind::Sleep, {}, 0, ms, false}; }
 };
 
+// Which whole upload a sequence carries, when stopping it half-way would
+// leave the keyboard holding part old, part new: one profile's key table, one
+// user light slot or the macro store. Such a sequence is marked from its
+// hand-over until it has gone out complete, and what stays marked is sent
+// again at the next connection.
+struct UploadMark {
+    enum class Kind { None, KeyTable, UserLightSlot, MacroStore };
+    Kind kind = Kind::None;
+    int target = 0;      // the profile or the slot; 0 for the macro store
+    int64_t source = 0;  // for a slot: the stored user light mode it shows, 0 for blank colours
+
+    explicit operator bool() const { return kind != Kind::None; }
+    bool sameUpload(const UploadMark& other) const { return kind == other.kind && target == other.target; }
+};
+
 struct ReportSequence {
     std::string name;  // shown in the hex dump (ORVANE_HID_DUMP=1)
     std::vector<ReportStep> steps;
     // Why this sequence must not go out (a value that does not fit its byte);
     // empty for a sequence that may be sent.
     std::string refusal;
+    UploadMark mark;
 
     bool carriesDataReports() const
     {

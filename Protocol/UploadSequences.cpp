@@ -63,6 +63,7 @@ ReportSequence keyTable(int profile, const NineReports& table)
     frame.setCommand(Command::EndUpload);
     frame.setDataCount(0);
     seq.steps.push_back(ReportStep::single(frame));
+    seq.mark = {UploadMark::Kind::KeyTable, profile, 0};
     return seq;
 }
 
@@ -92,6 +93,7 @@ ReportSequence userLightColors(int slot, const NineReports& colors)
     seq.steps.push_back(ReportStep::single(frame));
     frame.setCommand(Command::ApplyLight);
     seq.steps.push_back(ReportStep::single(frame));
+    seq.mark = {UploadMark::Kind::UserLightSlot, slot, 0};
     return seq;
 }
 
@@ -123,7 +125,7 @@ ReportSequence systemSettings(int profile, const Report& block)
 ReportSequence macroStore(std::span<const uint8_t> store)
 {
     const std::size_t blocks = store.size() / Protocol::kReportSize;
-    ReportSequence seq{"macro store", {}, {}};
+    ReportSequence seq{"macro store", {}, {}, {UploadMark::Kind::MacroStore, 0, 0}};
     CommandFrame frame(Command::BeginMacro);
     seq.steps.push_back(ReportStep::single(frame));
     frame.setCommand(Command::MacroData);

@@ -1,14 +1,35 @@
 #include "Simulator/VirtualKeyboard.h"
 
 #include "HIDDevice/HIDDevice.h"
+#include "Protocol/Command.h"
 
 #include <atomic>
 #include <cstdio>
 #include <mutex>
+#include <optional>
+#include <span>
 
 struct VirtualKeyboard::State {
     mutable std::mutex mutex;
     bool plugged = true;
+    // A cable to pull during the next whole upload: reports still to take
+    // after its header, and whether that header has come.
+    std::optional<int> pullAfterHeader;
+    bool headerSeen = false;
+
+    bool pullDue(std::span<const uint8_t> data)
+    {
+        using Protocol::Command;
+        if (!pullAfterHeader)
+            return false;
+        if (!headerSeen) {
+            const auto command = Command(data[1]);
+            headerSeen = data[0] == Protocol::kReportId
+                && (command == Command::KeyTable || command == Command::UserLightData || command == Command::MacroData);
+            return headerSeen && *pullAfterHeader == 0;
+        }
+        return --*pullAfterHeader <= 0;
+    }
     Clock clock;
     FirmwareModel firmware;
     TraceWriter trace;
@@ -71,6 +92,11 @@ public:
         std::copy(data.begin(), data.end(), record.data.begin());
         state_->trace.record(record);
         state_->printNewFaults();
+        if (state_->pullDue(data)) {
+            state_->firmware.unplugged();
+            state_->plugged = false;
+            state_->pullAfterHeader.reset();
+        }
         return {};
     }
 
@@ -172,6 +198,13 @@ void VirtualKeyboard::setPlugged(bool plugged)
     if (state_->plugged && !plugged)
         state_->firmware.unplugged();
     state_->plugged = plugged;
+}
+
+void VirtualKeyboard::unplugDuringUpload(int reports)
+{
+    std::lock_guard lock(state_->mutex);
+    state_->pullAfterHeader = reports;
+    state_->headerSeen = false;
 }
 
 bool VirtualKeyboard::isPlugged() const

@@ -62,6 +62,11 @@ public:
     void setActiveProfile(int profile);
     void requestRepeatOnce();
     void setRepeatForever(bool on);
+    // Pulls the keyboard out, as a cable pulled mid-upload, once it has
+    // taken `reports` more set reports after the header of the next key
+    // table, user light slot or macro store: later transfers fail. The bus
+    // still has to be told (VirtualBus::unplug) for the host to see it go.
+    void unplugDuringUpload(int reports);
 
     // Read-back. firmware() is a copy taken under the lock, so its accessors
     // (key tables, light modes, user lights, counters ...) are consistent.

@@ -1,6 +1,7 @@
 #include "View/MainController.h"
 
 #include "Common/NotificationCenter.h"
+#include "HIDDevice/UnfinishedUploads.h"
 #include "Language/AppText.h"
 #include "FocusWatch/FocusSource.h"
 #include "SQLite/DeviceSQLite.h"
@@ -133,7 +134,3 @@ QString MainController::deviceName() const
     return device_name_;
 }
 
-bool MainController::submitSequence(ReportSequence sequence, TransportQueue::ReplyHandler onReply)
-{
-    return transport_->submit(currentTransport(), std::move(sequence), std::move(onReply));
-}

@@ -52,6 +52,10 @@ struct LightFileInspection;
 }  // namespace ExchangeFileCheck
 
 class AppRulesSection;
+class UnfinishedUploads;
+namespace Protocol {
+struct LedColour;
+}
 class CaseColorButton;
 class FocusSource;
 class FuncButton;
@@ -566,6 +570,17 @@ private:
     bool inPollReply_ = false;
     std::vector<std::function<void()>> afterPollReply_;
     void runAfterPollReply();
+
+    // ---- Uploads the keyboard may hold only in part (MainControllerUnfinished)
+    UnfinishedUploads& unfinishedUploads();
+    // Sends again, rebuilt from the store, every upload of this model that
+    // did not finish; called after the connection's own uploads.
+    void sendUnfinishedUploads();
+    // The colours a stored user light mode puts on the keyboard; false when
+    // its rows cannot be read.
+    bool storedUserLightLeds(int64_t mode, std::vector<Protocol::LedColour>& leds);
+    // Declared before the transport, which may still report to it while it goes.
+    std::unique_ptr<UnfinishedUploads> unfinishedUploads_;
 
     std::unique_ptr<TransportQueue> transport_;
     std::unique_ptr<HIDMonitorThread> monitorThread_;

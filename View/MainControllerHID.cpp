@@ -112,6 +112,9 @@ void MainController::ConnectDevice()
         return;
     loadMacroData();
     switchToStoredProfile();
+    // After the profile's light and settings: whatever an earlier session
+    // left half-sent goes out again whole.
+    sendUnfinishedUploads();
 }
 
 void MainController::switchToStoredProfile()

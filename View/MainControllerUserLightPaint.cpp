@@ -196,25 +196,22 @@ void MainController::setHFDUserLightData()
         return;
     if (!paintingAllowed())
         return;
-    // The slot gets the mode shown on the picture; rows of keys this model
-    // lacks are left out.
-    std::vector<RGBData> rows;
-    // A read that fails is no empty mode: the slot keeps what it holds.
-    if (deviceDB && !deviceDB->queryKeyRGB(1, currentUserLightMode, rows)) {
+    // The slot gets the mode shown on the picture. A read that fails is no
+    // empty mode: the slot keeps what it holds.
+    std::vector<Protocol::LedColour> leds;
+    if (deviceDB && !storedUserLightLeds(currentUserLightMode, leds)) {
         showProblem(appText(AppText::LightColoursReadFailed),
                     QStringLiteral("userlight-save"));
         return;
     }
-    std::vector<Protocol::LedColour> leds;
-    for (const RGBData& row : rows)
-        if (const auto entry = G_KB_SuperKeyCodeMap.find(row.keyvalue); entry != G_KB_SuperKeyCodeMap.end())
-            leds.push_back({entry->second.light_index, uint32_t(row.rgbvalue)});
     // The colours, then the switch to the custom slots as its own sequence,
-    // as setHFDUserLightModeData sends it.
+    // as setHFDUserLightModeData sends it. The colours name the stored mode,
+    // so that a slot left half-written can be rebuilt from it.
     const auto modeBlock = Protocol::lightModeBlock(Protocol::kUserLightModeByte);
-    for (ReportSequence& sequence : UploadSequences::userLightSave(currentKBUserLightMode,
-                                                                   Protocol::userLightColorBlock(leds), currentProfile,
-                                                                   modeBlock))
+    std::vector<ReportSequence> save = UploadSequences::userLightSave(
+        currentKBUserLightMode, Protocol::userLightColorBlock(leds), currentProfile, modeBlock);
+    save.front().mark.source = currentUserLightMode;
+    for (ReportSequence& sequence : save)
         submitSequence(std::move(sequence));
     // The keyboard now runs the custom slot: no built-in effect is marked,
     // and a click on any of them is a change that sends it.

@@ -39,10 +39,12 @@ TEST(TransportQueue, SequencesGoOutWholeInOrderAndTheQueueIsBusyFromHandOverToTh
     rig.device->recordBrackets = true;
     std::vector<bool> changes;
     QObject::connect(&rig.queue, &TransportQueue::busyChanged, [&](bool b) { changes.push_back(b); });
+    std::vector<bool> verdicts;
+    const auto note = [&](bool finished) { verdicts.push_back(finished); };
     captureLines();
-    rig.queue.submit(rig.comm, oneFrame("a", Protocol::Command::BeginUpload));
-    rig.queue.submit(rig.comm, oneFrame("b", Protocol::Command::EndUpload, 1));
-    rig.queue.submit(rig.comm, UploadSequences::systemSettings(2, UploadSequences::Report{0x81}));
+    rig.queue.submit(rig.comm, oneFrame("a", Protocol::Command::BeginUpload), {}, note);
+    rig.queue.submit(rig.comm, oneFrame("b", Protocol::Command::EndUpload, 1), {}, note);
+    rig.queue.submit(rig.comm, UploadSequences::systemSettings(2, UploadSequences::Report{0x81}), {}, note);
     EXPECT_EQ(rig.queue.pending(), 3);
     ASSERT_TRUE(rig.queue.waitForIdle(5s));
     capturedLines();
@@ -52,6 +54,7 @@ TEST(TransportQueue, SequencesGoOutWholeInOrderAndTheQueueIsBusyFromHandOverToTh
                                           frame({0x04, 0x17, 0x02, 0, 0, 0, 0, 0, 0x01}), frame({0x81}),
                                           frame({0x04, 0x02}), "end"}));
     EXPECT_EQ(changes, (std::vector<bool>{true, false}));
+    EXPECT_EQ(verdicts, (std::vector<bool>{true, true, true})) << "each finished";
     rig.queue.submit(nullptr, oneFrame("no device", Protocol::Command::BeginUpload));
     EXPECT_FALSE(rig.queue.isBusy()) << "nothing is handed over without a transport";
 }
@@ -120,11 +123,14 @@ TEST(TransportQueue, AKeyboardAskingForEveryFrameAgainIsAnnouncedOnceAndWhatIsLe
     TransportQueue queue;
     int announced = 0;
     QObject::connect(&queue, &TransportQueue::keyboardNotAnswering, [&] { ++announced; });
-    queue.submit(comm, UploadSequences::keyTable(1, UploadSequences::NineReports{}));
-    queue.submit(comm, UploadSequences::lightMode(1, UploadSequences::Report{}));
-    queue.submit(comm, oneFrame("later", Protocol::Command::SystemSet, 9));
+    std::vector<bool> verdicts;
+    const auto note = [&](bool finished) { verdicts.push_back(finished); };
+    queue.submit(comm, UploadSequences::keyTable(1, UploadSequences::NineReports{}), {}, note);
+    queue.submit(comm, UploadSequences::lightMode(1, UploadSequences::Report{}), {}, note);
+    queue.submit(comm, oneFrame("later", Protocol::Command::SystemSet, 9), {}, note);
     ASSERT_TRUE(queue.waitForIdle(5s));
     EXPECT_EQ(announced, 1);
+    EXPECT_EQ(verdicts, (std::vector<bool>{false, false, false})) << "none finished";
     EXPECT_EQ(queue.pending(), 0);
     EXPECT_TRUE(comm->isReleased());
     // The first frame and its one repeat, both answered 0xFF; nothing after.

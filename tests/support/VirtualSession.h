@@ -23,19 +23,27 @@ struct VirtualSession {
     explicit VirtualSession(const std::function<void(MainController::Environment&)>& adjust = {})
     {
         G_Language = kLanguageEnglish;
-        MainController::Environment env;
-        env.hidManagerFactory = [bus = bus] { return std::make_unique<VirtualHidManager>(bus); };
+        env_.hidManagerFactory = [bus = bus] { return std::make_unique<VirtualHidManager>(bus); };
         if (adjust)
-            adjust(env);
-        controller = std::make_unique<MainController>(env);
+            adjust(env_);
+        restart();
+        bus->plug(keyboard);
+    }
+    // Starts the app (again) on the same data folder; the keyboard stays as it is.
+    void restart()
+    {
+        controller.reset();
+        controller = std::make_unique<MainController>(env_);
         controller->viewDidLoad();
         controller->show();
-        bus->plug(keyboard);
     }
     bool connected()
     {
         return waitUntil([&] { return controller->currentTransport() && !controller->hidcomm_busy(); });
     }
+
+private:
+    MainController::Environment env_;
 };
 
 }  // namespace testing_support
