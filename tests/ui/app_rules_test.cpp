@@ -2,10 +2,12 @@
 // a virtual keyboard, fed by a scripted focus source: a rule's switch sends
 // the very frames of the profile menu, waits for an upload, yields to a
 // profile picked by hand; and the system page's section edits the rules.
+#include "AppDelegate.h"
 #include "FocusWatch/FocusSource.h"
 #include "Language/AppText.h"
 #include "SQLite/DeviceSQLite.h"
 #include "View/AppRulesSection.h"
+#include "support/FakeKeySource.h"
 #include "support/TraceFrames.h"
 #include "support/VirtualSession.h"
 
@@ -142,6 +144,39 @@ TEST(ProfilesFollowApplications, SectionSaysWhenTheDesktopDoesNotTell)
     EXPECT_EQ(section.findChild<QLabel*>("label_app_rules_note")->text(), appText(AppText::AppRulesUnavailable));
     EXPECT_FALSE(section.addButton()->isEnabled());
     EXPECT_FALSE(section.followSwitch()->isEnabled());
+}
+
+TEST(ProfilesFollowApplications, WhileRulesAreOnClosingTheWindowLeavesTheAppInTheTrayAndSaysSoOnce)
+{
+    TempDataFolder data;
+    AppOptions options;
+    options.dataDir = data.path();
+    AppDelegate app(options, {[] { return std::unique_ptr<HidManager>(); }, FakeKeySource::make,
+                              [] { return InputDeviceAccess{InputDeviceAccess::State::Readable, {}}; }, [] { return true; }});
+    app.applicationDidFinishLaunching();
+    MainController& controller = *app.controller();
+    ProfileFollower& follower = controller.profileFollower;
+    struct Case {
+        bool tells, on;
+        AppRuleSet rules;
+        bool keeps;
+    };
+    for (const Case& c : {Case{true, true, {{{"gimp", 3}}, kLeaveProfile}, true}, Case{true, true, {{}, 2}, true},
+                          Case{true, true, {}, false}, Case{true, false, {{{"gimp", 3}}, 2}, false},
+                          Case{false, true, {{{"gimp", 3}}, 2}, false}}) {
+        controller.focusSource = std::make_unique<ScriptedFocusSource>(c.tells);
+        follower.setEnabled(c.on);
+        follower.setRules(c.rules);
+        EXPECT_EQ(app.keepsRunningInTray(), c.keeps) << c.tells << c.on << c.rules.rules.size();
+    }
+    controller.focusSource = std::make_unique<ScriptedFocusSource>(true);
+    follower.setEnabled(true);
+    QWidget* window = controller.window();
+    for (int close = 0; close < 2; ++close) {
+        window->show();
+        window->close();
+        EXPECT_TRUE(app.trayNoticeShown && !window->isVisible() && !QApplication::quitOnLastWindowClosed());
+    }
 }
 
 }  // namespace
