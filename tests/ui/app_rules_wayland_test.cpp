@@ -11,7 +11,7 @@
 #include <QTemporaryDir>
 #include <gtest/gtest.h>
 
-#include <list>
+#include <array>
 
 #include <unistd.h>
 
@@ -46,8 +46,6 @@ public:
             command = QStringList{"setpriv", "--reuid=65534", "--regid=65534", "--clear-groups"} + command;
         }
         auto env = QProcessEnvironment::systemEnvironment();
-        for (const char* name : {"WAYLAND_DISPLAY", "DISPLAY", "SWAYSOCK"})
-            env.remove(name);
         env.insert("XDG_RUNTIME_DIR", runtime);
         env.insert("WLR_BACKENDS", "headless");
         env.insert("WLR_LIBINPUT_NO_DEVICES", "1");
@@ -68,7 +66,7 @@ public:
     }
     ~SwayDesktop()
     {
-        for (QProcess* p : windowsThenSway()) {
+        for (QProcess* p : {&windows_[0], &windows_[1], &sway_}) {
             p->terminate();
             if (!p->waitForFinished(3000))
                 p->kill();
@@ -80,7 +78,7 @@ public:
     // A Wayland client whose toplevel's app_id is `app`.
     void openWindow(const QString& app)
     {
-        QProcess& window = windows_.emplace_back();
+        QProcess& window = windows_.at(opened_++);
         auto env = QProcessEnvironment::systemEnvironment();
         env.insert("QT_QPA_PLATFORM", "wayland");
         env.insert("WAYLAND_DISPLAY", display_);
@@ -97,18 +95,10 @@ public:
     }
 
 private:
-    std::vector<QProcess*> windowsThenSway()
-    {
-        std::vector<QProcess*> all;
-        for (QProcess& w : windows_)
-            all.push_back(&w);
-        all.push_back(&sway_);
-        return all;
-    }
-
     QTemporaryDir folder_;
     QProcess sway_;
-    std::list<QProcess> windows_;
+    std::array<QProcess, 2> windows_;
+    int opened_ = 0;
     QString display_;
     QString ipc_;
     std::string problem_;
