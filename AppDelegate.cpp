@@ -4,7 +4,9 @@
 #include "HIDDevice/Platform/CompositeHidManager.h"
 #include "HIDDevice/Platform/Virtual/VirtualHidManager.h"
 #include "Common/OutputLine.h"
+#include "FocusWatch/FocusSource.h"
 #include "Keylogger/Keylogger.h"
+#include "Language/AppText.h"
 #include "Simulator/VirtualKeyboard.h"
 #include "View/MainController.h"
 #include "View/MainWindowController.h"
@@ -130,8 +132,10 @@ void AppDelegate::createButtonStatusBar()
     quickQuit = quickButton->quitAction;
     connect(quickButton.get(), &StatusMenu::showRequested, this, [this] { applicationShouldHandleReopen(); });
     connect(quickButton.get(), &StatusMenu::quitRequested, this, [this] { clickQuit(); });
-    if (!QSystemTrayIcon::isSystemTrayAvailable())
+    if (!environment_.trayAvailable())
         return;
+    // Closing the window decides itself whether the app ends (eventFilter).
+    QApplication::setQuitOnLastWindowClosed(false);
     statusItem = new QSystemTrayIcon(QIcon(QStringLiteral(":/images/Orvane-Bar.svg")), this);
     statusItem->setToolTip(QApplication::applicationName());
     statusItem->setContextMenu(quickButton->menu());
@@ -145,12 +149,28 @@ void AppDelegate::createButtonStatusBar()
 
 void AppDelegate::clickQuit() { QCoreApplication::quit(); }
 
+bool AppDelegate::keepsRunningInTray() const
+{
+    if (!statusItem || !statusItem->isVisible())
+        return false;
+    const ProfileFollower& follower = controller_->profileFollower;
+    const bool anyRule = !follower.rules().rules.empty() || follower.rules().otherwise != kLeaveProfile;
+    return follower.enabled() && anyRule && controller_->focusSource && controller_->focusSource->available();
+}
+
 bool AppDelegate::eventFilter(QObject* watched, QEvent* event)
 {
-    // There is no state with only the status item left: closing the window
-    // ends the application.
-    if (event->type() == QEvent::Close && watched == windowController_->window())
+    if (event->type() != QEvent::Close || watched != windowController_->window())
+        return QObject::eventFilter(watched, event);
+    // While rules follow the application in front, the app stays in the
+    // tray to go on switching; otherwise closing the window ends it.
+    if (!keepsRunningInTray()) {
         QTimer::singleShot(0, this, [this] { clickQuit(); });
+    } else if (!trayNoticeShown) {
+        trayNoticeShown = true;
+        statusItem->showMessage(QApplication::applicationName(), appText(AppText::AppRulesKeptInTray),
+                                QSystemTrayIcon::Information, kTrayNoticeMs);
+    }
     return QObject::eventFilter(watched, event);
 }
 

@@ -3,7 +3,10 @@
 // controller, input capture (the key logger) with the watch over whether
 // this user may read the machine's keyboards, the status item with its
 // menu, and for scripted runs the virtual keyboard, the timed exit and
-// the screenshot. Closing the window ends the application, as Quit does.
+// the screenshot. Closing the window ends the application, as Quit does,
+// except while rules make the keyboard's profile follow the application in
+// front and a tray holds the status item: the app then goes on in the tray,
+// and says so the first time.
 
 #include "Common/AppOptions.h"
 #include "HIDDevice/HIDDeviceMonitor.h"
@@ -11,6 +14,7 @@
 
 #include <QObject>
 #include <QPointer>
+#include <QSystemTrayIcon>
 #include <QTimer>
 
 #include <functional>
@@ -21,7 +25,6 @@ class MainController;
 class MainWindowController;
 class QAction;
 class StatusMenu;
-class QSystemTrayIcon;
 class VirtualKeyboard;
 
 class AppDelegate : public QObject {
@@ -34,9 +37,11 @@ public:
         HIDDeviceMonitor::ManagerFactory hidManagerFactory = createPlatformHidManager;
         KeySourceFactory keySourceFactory = createPlatformKeySource;
         std::function<InputDeviceAccess()> inputAccess = inputDeviceAccess;
+        std::function<bool()> trayAvailable = QSystemTrayIcon::isSystemTrayAvailable;
     };
 
     static constexpr int kPrivilegeCheckIntervalMs = 3000;
+    static constexpr int kTrayNoticeMs = 8000;
 
     explicit AppDelegate(AppOptions options);
     AppDelegate(AppOptions options, Environment environment);
@@ -52,6 +57,8 @@ public:
     QTimer* privilegeTimer() const { return privilegeTimer_; }
     void createButtonStatusBar();
     void clickQuit();
+    // Closing the window now would leave the app running in the tray.
+    bool keepsRunningInTray() const;
 
     // The application's one key logger, made on first use from `factory`;
     // it lives as long as the application object.
@@ -62,6 +69,7 @@ public:
     QSystemTrayIcon* statusItem = nullptr;  // none where the desktop has no tray
     std::unique_ptr<StatusMenu> quickButton;
     QAction* quickQuit = nullptr;  // quickButton's Quit
+    bool trayNoticeShown = false;  // the tray said once that the app stays there
 
 protected:
     bool eventFilter(QObject* watched, QEvent* event) override;

@@ -25,9 +25,20 @@ signals:
     void applicationInFront(const QString& app, bool ownWindow);
 };
 
-// The source for this session: X11 where an X server without a Wayland
-// compositor serves us, otherwise one that is not available.
+// The source for this session: under Wayland the compositor's toplevel
+// list (wlroots compositors), else a KWin script (KDE Plasma); X11 where an
+// X server without a Wayland compositor serves us; otherwise one that is
+// not available.
 std::unique_ptr<FocusSource> createFocusSource();
+
+// What `orvane --doctor` says of this session: the source that would tell
+// which window is in front, or plainly that this desktop does not. It only
+// looks: nothing is loaded into the desktop.
+struct FocusSupport {
+    bool available = false;
+    QString text;
+};
+FocusSupport focusSupport();
 
 // The source that never reports.
 class NoFocusSource : public FocusSource {

@@ -277,6 +277,10 @@ constexpr std::array kTexts{
     Texts{AppText::AppRulesSaveFailed,
           "The rules could not be saved; they are as before. Check that the data folder can be written, then try again.",
           "规则未能保存，仍保持原样。请确认数据文件夹可写入，然后重试。"},
+    Texts{AppText::AppRulesKeptInTray,
+          "Orvane Keyboard Studio keeps running here, so the keyboard's profile goes on following the application in "
+          "front. Quit it from this icon's menu.",
+          "Orvane Keyboard Studio 仍在这里运行，键盘的模式会继续跟随前台应用切换。可从此图标的菜单退出。"},
     Texts{AppText::StepDelete, "Delete", "删除"},
     Texts{AppText::StepMoveUp, "Move up", "上移"},
     Texts{AppText::StepMoveDown, "Move down", "下移"},

@@ -142,6 +142,7 @@ enum class AppText {
     AppRulesOtherwise,
     AppRulesLeave,
     AppRulesSaveFailed,
+    AppRulesKeptInTray,
 
     // The macro window's step editor.
     StepDelete,

@@ -1,15 +1,21 @@
 #include "View/AppRulesSection.h"
 
+#include "Common/Globals.h"
+#include "FocusWatch/DesktopEntries.h"
 #include "Language/AppText.h"
 #include "Language/Language.h"
 #include "View/control/FuncButton.h"
 #include "View/control/Theme.h"
 
 #include <QComboBox>
+#include <QDir>
+#include <QFileInfo>
+#include <QIcon>
 #include <QLabel>
 #include <QLineEdit>
 #include <QListWidget>
 #include <QPushButton>
+#include <QStandardPaths>
 #include <QToolButton>
 
 namespace {
@@ -19,7 +25,38 @@ constexpr int kRowHeight = 30;
 constexpr int kProfiles = 4;  // the profiles the profile menu offers
 constexpr int kChooserWidth = 78;
 constexpr int kRemoveWidth = 22;
+constexpr int kIconSize = 16;
+
+// A desktop entry's Icon: a path, a name in the icon theme, or (for older
+// packages, and where no theme is set up) a file in the pixmaps folder.
+QIcon entryIcon(const QString& icon)
+{
+    if (icon.isEmpty())
+        return {};
+    if (QDir::isAbsolutePath(icon))
+        return QFileInfo::exists(icon) ? QIcon(icon) : QIcon();
+    const QIcon themed = QIcon::fromTheme(icon);
+    if (!themed.isNull())
+        return themed;
+    for (const char* suffix : {".png", ".svg", ".xpm"}) {
+        const QString file = QStandardPaths::locate(QStandardPaths::GenericDataLocation,
+                                                    QStringLiteral("pixmaps/") + icon + QLatin1String(suffix));
+        if (!file.isEmpty())
+            return QIcon(file);
+    }
+    return {};
+}
+
 }  // namespace
+
+AppRulesSection::AppLook AppRulesSection::lookOf(const QString& app)
+{
+    const DesktopEntry* entry = DesktopEntries::installed().find(app);
+    if (!entry)
+        return {app, {}};
+    const QString language = G_Language == kLanguageChinese ? QStringLiteral("zh") : QStringLiteral("en");
+    return {entry->nameFor(language), entryIcon(entry->icon)};
+}
 
 AppRulesSection::AppRulesSection(QWidget* parent) : QWidget(parent)
 {
@@ -80,7 +117,11 @@ void AppRulesSection::edit(const std::function<void(AppRuleSet&)>& change)
 
 void AppRulesSection::addTypedRule()
 {
-    const QString app = appField_->currentText().trimmed();
+    // An application offered in the list shows its entry's name; the rule
+    // takes its identity. Anything typed is taken as the identity itself.
+    const QString typed = appField_->currentText().trimmed();
+    const int offered = appField_->findText(typed, Qt::MatchFixedString);
+    const QString app = offered >= 0 ? appField_->itemData(offered).toString() : typed;
     if (app.isEmpty() || !editable_)
         return;
     appField_->setEditText(QString());
@@ -100,9 +141,14 @@ void AppRulesSection::setFollowing(bool on) { switch_->setChecked(on); }
 
 void AppRulesSection::setSeenApplications(const QStringList& apps)
 {
+    seen_ = apps;
     const QString typed = appField_->currentText();
     appField_->clear();
-    appField_->addItems(apps);
+    for (const QString& app : apps) {
+        const AppLook look = lookOf(app);
+        appField_->addItem(look.icon, look.name, app);
+        appField_->setItemData(appField_->count() - 1, app, Qt::ToolTipRole);
+    }
     appField_->setEditText(typed);
 }
 
@@ -137,6 +183,7 @@ void AppRulesSection::retranslate()
     fillProfileChooser(otherwise_, true);
     setState(available_, editable_);
     setRules(rules_);
+    setSeenApplications(seen_);  // the entries' names in this language
 }
 
 void AppRulesSection::rebuildRows()
@@ -154,10 +201,21 @@ QWidget* AppRulesSection::makeRow(int index)
     const AppRule& rule = rules_.rules[std::size_t(index)];
     auto* row = new QWidget;
     const int inner = kWidth - 8;
+    const AppLook look = lookOf(rule.app);
+    int nameLeft = 4;
+    if (!look.icon.isNull()) {
+        auto* icon = new QLabel(row);
+        icon->setObjectName(QStringLiteral("icon_app_rule"));
+        icon->setGeometry(nameLeft, (kRowHeight - kIconSize) / 2, kIconSize, kIconSize);
+        icon->setPixmap(look.icon.pixmap(kIconSize, kIconSize));
+        nameLeft += kIconSize + 4;
+    }
     auto* name = new QLabel(row);
-    name->setGeometry(4, 2, inner - kChooserWidth - kRemoveWidth - 8, kRowHeight - 4);
-    name->setText(name->fontMetrics().elidedText(rule.app, Qt::ElideRight, name->width()));
-    name->setToolTip(rule.app);
+    name->setObjectName(QStringLiteral("label_app_rule"));
+    name->setGeometry(nameLeft, 2, inner - kChooserWidth - kRemoveWidth - 4 - nameLeft, kRowHeight - 4);
+    name->setText(name->fontMetrics().elidedText(look.name, Qt::ElideRight, name->width()));
+    // The identity the rule matches, under the name shown.
+    name->setToolTip(look.name == rule.app ? rule.app : look.name + QLatin1Char('\n') + rule.app);
     auto* chooser = new QComboBox(row);
     chooser->setObjectName(QStringLiteral("combo_app_rule_profile"));
     chooser->setGeometry(inner - kChooserWidth - kRemoveWidth - 2, 2, kChooserWidth, kRowHeight - 4);

@@ -3,11 +3,14 @@
 // switch, the list of rules (an application and its profile, each with a
 // remove button), the field that adds a rule (offering the applications seen
 // in front, most recent first, or any name typed) and the profile for every
-// other application. It only shows and edits values; MainController stores
-// them and acts on them.
+// other application. Applications show the name and icon of their desktop
+// entry where one is found. It only shows and edits values; MainController
+// stores them and acts on them.
 
 #include "Common/AppProfileRules.h"
 
+#include <QIcon>
+#include <QStringList>
 #include <QWidget>
 
 class QAbstractButton;
@@ -44,6 +47,11 @@ signals:
     void followingToggled(bool on);
 
 private:
+    struct AppLook {
+        QString name;
+        QIcon icon;  // null where the entry has none, or there is no entry
+    };
+    static AppLook lookOf(const QString& app);
     void rebuildRows();
     QWidget* makeRow(int index);
     void addTypedRule();
@@ -51,6 +59,7 @@ private:
     void edit(const std::function<void(AppRuleSet&)>& change);
 
     AppRuleSet rules_;
+    QStringList seen_;
     bool available_ = false;
     bool editable_ = false;
     QLabel* title_ = nullptr;

@@ -18,7 +18,7 @@ namespace {
 // The on/off switch belongs to this machine, not to a keyboard model.
 const QString kRulesOwner = QString::fromLatin1(kLocalOwner);
 const QString kRulesOnKey = QStringLiteral("followApplications");
-constexpr int kSectionTop = 194;  // under the key locks
+constexpr int kSectionTop = 252;  // under the key locks and the autostart row
 constexpr int kHoldRetryMs = 250;
 }  // namespace
 

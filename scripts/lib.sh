@@ -11,7 +11,7 @@ ORVANE_PACKAGES=(
   qt6-wayland
   libsqlitecpp-dev libsqlite3-dev
   libudev-dev libusb-1.0-0-dev libevdev-dev
-  libxcb1-dev
+  libxcb1-dev libwayland-dev
   libgtest-dev libgmock-dev libbenchmark-dev
   fonts-noto-cjk qt6-translations-l10n
   librsvg2-bin
@@ -19,9 +19,12 @@ ORVANE_PACKAGES=(
 )
 
 # What scripts/test adds: the validators of the desktop entry and AppStream file,
-# poppler-utils to check the user guides' PDFs (their fonts and pages), and
-# weston with ImageMagick for the window on a headless Wayland compositor.
-ORVANE_TEST_PACKAGES=(desktop-file-utils appstream poppler-utils weston imagemagick)
+# poppler-utils to check the user guides' PDFs (their fonts and pages),
+# weston with ImageMagick for the window on a headless Wayland compositor,
+# and the desktops that the profiles following the application in front are
+# tested on: Xvfb with openbox (xdotool for the screenshots), and sway.
+ORVANE_TEST_PACKAGES=(desktop-file-utils appstream poppler-utils weston imagemagick
+  xvfb openbox xdotool sway)
 
 # What scripts/package and scripts/package-check add: the Debian package
 # tools (dpkg-shlibdeps, and `file`, which CPack uses to find the binaries),

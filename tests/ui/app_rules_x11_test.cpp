@@ -4,8 +4,7 @@
 // order, as the profile menu would have sent it. Skips, saying why, where
 // the X server or the window manager can't start.
 #include "FocusWatch/Platform/Linux/X11FocusSource.h"
-#include "support/TraceFrames.h"
-#include "support/VirtualSession.h"
+#include "ui/FollowFront.h"
 
 #include <QDir>
 #include <QFile>
@@ -15,6 +14,7 @@
 #include <xcb/xcb.h>
 
 #include <cstring>
+#include <map>
 
 using namespace testing_support;
 
@@ -130,37 +130,10 @@ TEST(ProfilesFollowApplicationsOnX11, WindowsBroughtToTheFrontSwitchTheirProfile
         env.focusSourceFactory = [&]() -> std::unique_ptr<FocusSource> { return X11FocusSource::connect(desktop.display()); };
     });
     ASSERT_TRUE(session.connected());
-    MainController& controller = *session.controller;
-    ASSERT_TRUE(controller.focusSource->available());
-    auto settle = [&] { ASSERT_TRUE(controller.transport().waitForIdle(std::chrono::seconds(10))); };
-    auto menuFrames = [&](int profile) {
-        settle();
-        const auto from = lastFrameTime(*session.keyboard);
-        controller.MenuItemMouseUpAction(QVariantMap{{"menuid", profile}});
-        settle();
-        return framesSince(*session.keyboard, from);
-    };
-    const auto menuTo2 = menuFrames(2);
-    const auto menuTo3 = menuFrames(3);
-    menuFrames(1);
-    controller.setAppRules({{{"alpha", 2}, {"BETA", 3}}, kLeaveProfile});
-    controller.setFollowingApplications(true);
-
-    const xcb_window_t alpha = desktop.openWindow("alpha-main", "Alpha");
-    const xcb_window_t beta = desktop.openWindow("beta-main", "Beta");
-    settle();
-    const auto from = lastFrameTime(*session.keyboard);
-    std::vector<std::string> expected;
-    for (const auto& [window, profile, frames] :
-         {std::tuple(alpha, 2, menuTo2), std::tuple(beta, 3, menuTo3), std::tuple(alpha, 2, menuTo2)}) {
-        desktop.activate(window);
-        ASSERT_TRUE(waitUntil([&] { return controller.currentProfile == profile && !controller.hidcomm_busy(); }))
-            << "profile " << profile << " after bringing its window to the front";
-        expected.insert(expected.end(), frames.begin(), frames.end());
-    }
-    settle();
-    EXPECT_EQ(framesSince(*session.keyboard, from), expected);
-    EXPECT_EQ(controller.profileFollower.seenApplications().mid(0, 2), (QStringList{"Alpha", "Beta"}));
+    const std::map<std::string, xcb_window_t> windows{{"alpha", desktop.openWindow("alpha-main", "Alpha")},
+                                                      {"beta", desktop.openWindow("beta-main", "Beta")}};
+    expectProfilesFollowTheFront(session, [&](const char* app) { desktop.activate(windows.at(app)); });
+    EXPECT_EQ(session.controller->profileFollower.seenApplications().mid(0, 2), (QStringList{"Alpha", "Beta"}));
 }
 
 }  // namespace

@@ -1,11 +1,15 @@
 // The doctor's words: the printed report, the window's excerpt, and the
 // environment of a real run.
+#include "FocusWatch/FocusSource.h"
 #include "HIDDevice/Platform/Doctor.h"
 #include "HIDDevice/Platform/Linux/PermissionDoctor.h"
+
+#include <QCoreApplication>
 
 #include <algorithm>
 #include <iterator>
 #include <cstdlib>
+#include <optional>
 #include <grp.h>
 #include <pwd.h>
 #include <unistd.h>
@@ -52,6 +56,24 @@ std::vector<uint32_t> groupsOf(uint32_t uid)
     }
     groups.resize(count);
     return {groups.begin(), groups.end()};
+}
+
+// Whether profiles can follow the application in front here. A note, not a
+// problem: the keyboard works without it.
+DoctorSection focusSection()
+{
+    // The sources are made of event-loop objects (socket notifiers, D-Bus),
+    // and the doctor runs before the application exists.
+    int argc = 1;
+    char name[] = "orvane";
+    char* argv[] = {name, nullptr};
+    std::optional<QCoreApplication> app;
+    if (!QCoreApplication::instance())
+        app.emplace(argc, argv);
+    const FocusSupport support = focusSupport();
+    using Level = DoctorFinding::Level;
+    return {QStringLiteral("Application in front (profiles that follow it)"), {},
+            {{support.available ? Level::Ok : Level::Note, support.text, {}}}};
 }
 
 }  // namespace
@@ -137,7 +159,8 @@ QString permissionAdvice(const std::string& node)
 
 int runDoctor(std::ostream& out)
 {
-    const DoctorReport report = inspectAccess(DoctorEnvironment::system());
+    DoctorReport report = inspectAccess(DoctorEnvironment::system());
+    report.sections.push_back(focusSection());
     out << report.text().toStdString() << std::flush;
     return report.problemCount() == 0 ? 0 : 1;
 }

@@ -51,7 +51,7 @@ struct DoctorSection {
 
 struct DoctorReport {
     QString user;
-    std::vector<DoctorSection> sections;  // each keyboard, then the rule, the seat, the input devices
+    std::vector<DoctorSection> sections;  // each keyboard, the rule, the seat, the input devices (and, run for real, the application in front)
 
     int problemCount() const;
     QString text() const;
