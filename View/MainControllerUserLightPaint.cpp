@@ -216,6 +216,8 @@ void MainController::setHFDUserLightData()
                                                                    Protocol::userLightColorBlock(leds), currentProfile,
                                                                    modeBlock))
         submitSequence(std::move(sequence));
+    // Kept with the settings, so a restore can give the slot its colours back.
+    noteUserLightSlot(currentKBUserLightMode, currentUserLightMode);
     // The keyboard now runs the custom slot: no built-in effect is marked,
     // and a click on any of them is a change that sends it.
     resetLightModeTableView();
