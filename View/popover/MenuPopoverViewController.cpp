@@ -51,6 +51,9 @@ void MenuPopoverViewController::viewDidLoad()
         item->setGeometry(kPadding, top, kWidth - 2 * kPadding, kRowHeight);
         const QString icon = QString::fromLatin1(r.icon);
         item->initIconAndText(icon + QStringLiteral("_n"), icon + QStringLiteral("_h"), rowText(r));
+        // The text takes the rest of the row: "Restore settings…" is longer
+        // than the row's usual text place.
+        item->textView->resize(item->width() - item->textView->x() - kPadding, item->textView->height());
         connect(item, &QAbstractButton::clicked, this, [this, item] { action_menubtn(item); });
         this->*r.field = item;
         top += kRowHeight;

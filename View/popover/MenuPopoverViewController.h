@@ -17,7 +17,7 @@ class QAbstractButton;
 class MenuPopoverViewController : public PopoverPanel {
     Q_OBJECT
 public:
-    static constexpr int kWidth = 170;
+    static constexpr int kWidth = 186;
     static constexpr int kRowHeight = 40;
 
     explicit MenuPopoverViewController(QWidget* parent = nullptr);
