@@ -56,17 +56,18 @@ RestoreDialog::RestoreDialog(const std::vector<Entry>& entries, QWidget* parent)
 
     connect(cancel, &QPushButton::clicked, this, &QDialog::reject);
     connect(restore_, &QPushButton::clicked, this, &RestoreDialog::choose);
-    connect(list_, &QListWidget::currentRowChanged, this, [this](int row) {
-        restore_->setEnabled(row >= 0 && entries_[std::size_t(row)].readable);
-    });
+    // Only a row the user picked restores, not the one focus lands on.
+    connect(list_, &QListWidget::itemSelectionChanged, this,
+            [this] { restore_->setEnabled(!list_->selectedItems().isEmpty()); });
     connect(list_, &QListWidget::itemDoubleClicked, this, &RestoreDialog::choose);
 }
 
 void RestoreDialog::choose()
 {
-    const int row = list_->currentRow();
-    if (row < 0 || !entries_[std::size_t(row)].readable)
+    const QList<QListWidgetItem*> picked = list_->selectedItems();
+    if (picked.isEmpty())
         return;
+    const int row = list_->row(picked.first());
     const Entry entry = entries_[std::size_t(row)];
     accept();
     emit chosen(entry.path, entry.when);
