@@ -198,6 +198,37 @@ enum class AppText {
     ConnectYourKeyboard,
     ConnectYourKeyboardWhy,  // %1 what stands in the way
 
+    // Restore points: the copy made before a change that takes settings
+    // away, the result line's Undo, and the main menu's list of them.
+    SnapshotFailed,  // %1 why, %2 the folder
+    UndoButton,
+    MacroDeleted,      // %1 the macro's name
+    UserLightDeleted,  // %1 the light's name
+    RestoreMenuItem,
+    RestoreTitle,
+    RestoreNone,
+    RestoreNoneDetail,
+    RestoreButton,
+    RestoreQuestion,  // %1 when it was saved
+    RestoreReplaces,
+    RestoreDone,    // %1 when it was saved
+    RestoreFailed,  // %1 why
+    RestoreUnreadable,  // %1 why, on the snapshot's line
+    SnapshotResetCurrent,
+    SnapshotResetAll,
+    SnapshotImportKeys,
+    SnapshotImportLight,
+    SnapshotDeleteMacro,
+    SnapshotDeleteLight,
+    SnapshotBeforeRestore,
+    SnapshotOther,  // %1 the kind as named in the file
+    SnapshotProfilesOne,  // %1 the number of profiles with keys of their own
+    SnapshotProfilesMany,
+    SnapshotMacrosOne,  // %1 the number of macros
+    SnapshotMacrosMany,
+    SnapshotLightsOne,  // %1 the number of user lights
+    SnapshotLightsMany,
+
     Count  // not a text: the number of them
 };
 

@@ -482,6 +482,27 @@ public:
     void importLightData();
     QLabel* label_exchange = nullptr;  // made on first use
 
+    // ---- Restore points (MainControllerRestore) ------------------------------
+    // A reset, an import and the delete of a macro or a light each copy the
+    // device database aside first; their result line offers Undo, and the
+    // main menu lists the copies of the model connected.
+    // The copy, or none, with a message saying why: the change must then not
+    // go ahead. `what` is a SnapshotKind; `spare` is kept by the pruning.
+    std::optional<QString> snapshotBefore(const char* what, const QString& spare = {});
+    // The result line's Undo: restores the copy that line offers.
+    void undoLastChange();
+    // Puts a copy back whole, after copying what is there now, and sends the
+    // keyboard everything the database holds; the result line offers Undo.
+    void restoreSnapshot(const QString& path);
+    void showRestoreSettings();  // the main menu's "Restore settings…"
+    void askToRestore(const QString& path, const QString& when);
+    // The light saved to each custom slot ("UserLight1" to "UserLight5"),
+    // 0 for none; noted when a slot is saved.
+    std::array<int64_t, 5> savedUserLightSlots() const;
+    void noteUserLightSlot(int slot, int64_t mode);
+    QString snapshotModel() const;     // "61k" or "68k"
+    QPointer<QWidget> restorePrompt;   // the list, or a question, on show
+
     // ---- Key menus and the key tool tip (MainControllerKeyMenu,
     //      MainControllerToolTip) ---------------------------------------------
     // A click on a key opens the key menu at the pointer, or the light menu
@@ -613,9 +634,14 @@ private:
     QString chooseExchangeFile(const ExchangeDialog& dialog);
     void importCheckedKeyProfile(ExchangeFileCheck::KeyFileInspection inspection, const QString& fileName);
     void importCheckedLightData(const ExchangeFileCheck::LightFileInspection& inspection, const QString& fileName);
-    void showExchangeResult(const QString& line);
+    // With `undoSnapshot`, the line offers Undo for as long as it shows.
+    void showExchangeResult(const QString& line, const QString& undoSnapshot = {});
     void showExchangeRefusal(const QString& message);
     void showImportedUserLight(int lightId);
+    // Restore points
+    QString undoSnapshot_;  // what the result line's Undo restores
+    void sendRestoredSettings(const std::array<int64_t, 5>& slotsBefore);
+    void sendSavedUserLightSlots(const std::array<int64_t, 5>& slotsBefore);
     // Key menus
     bool keyMenuObserved_ = false;
     // Makes `window` one of the floating windows that close together.

@@ -10,16 +10,19 @@
 #include "SQLite/ExchangeFileCheck.h"
 #include "SQLite/KeyProfileSQLite.h"
 #include "SQLite/LightSQLite.h"
+#include "SQLite/Snapshot.h"
 #include "View/KeyboardLayout/KeyCodeMaps.h"
 #include "View/OffThread.h"
-#include "View/control/FlippedRect.h"
+#include "View/control/KeyboardView.h"
 
 #include <QListWidget>
 #include <QMessageBox>
+#include <QPushButton>
 
 namespace {
 
 constexpr int kResultShownMs = 8000;
+constexpr int kUndoShownMs = 15000;
 
 QString counted(qsizetype n, AppText one, AppText many)
 {
@@ -126,6 +129,9 @@ void MainController::importCheckedKeyProfile(ExchangeFileCheck::KeyFileInspectio
         }
         for (ProfileKey& row : inspection.rows)
             row.profId = currentProfile;
+        const auto snapshot = snapshotBefore(SnapshotKind::kImportKeys);
+        if (!snapshot)
+            return;
         if (!deviceDB->addKeyProfiles(inspection.rows)) {
             showExchangeRefusal(appText(AppText::ImportSaveFailed)
                                     .arg(quotedName(fileName), QString::fromStdString(deviceDB->health.lastFailure.reason)));
@@ -138,7 +144,8 @@ void MainController::importCheckedKeyProfile(ExchangeFileCheck::KeyFileInspectio
         showExchangeResult(appText(AppText::ImportProfileDone)
                                .arg(keyAssignments(inspection.rows.size()),
                                     quotedName(fileName), languageText(profileTextId(currentProfile)))
-                           + droppedNote(inspection.dropped));
+                               + droppedNote(inspection.dropped),
+                           *snapshot);
     });
 }
 
@@ -203,6 +210,9 @@ void MainController::importCheckedLightData(const ExchangeFileCheck::LightFileIn
 {
     if (!deviceDB || !deviceDB->db)
         return showExchangeRefusal(appText(AppText::ImportLightStoreClosed));
+    const auto snapshot = snapshotBefore(SnapshotKind::kImportLight);
+    if (!snapshot)
+        return;
     const int64_t lightId = deviceDB->addUserLightWithColours(inspection.name, inspection.leds);
     if (lightId < 1) {
         showExchangeRefusal(appText(AppText::ImportSaveFailed)
@@ -213,7 +223,8 @@ void MainController::importCheckedLightData(const ExchangeFileCheck::LightFileIn
     showExchangeResult(appText(AppText::ImportLightDone)
                            .arg(quotedName(inspection.name), keyColours(inspection.leds.size()),
                                 quotedName(fileName))
-                       + droppedNote(inspection.dropped));
+                           + droppedNote(inspection.dropped),
+                       *snapshot);
 }
 
 // The imported mode joins the list, read again from the database, and
@@ -224,7 +235,7 @@ void MainController::showImportedUserLight(int lightId)
     loadUserLightData(lightId);
 }
 
-void MainController::showExchangeResult(const QString& line)
+void MainController::showExchangeResult(const QString& line, const QString& undoSnapshot)
 {
     if (!label_exchange) {
         label_exchange = new QLabel(this);
@@ -232,24 +243,41 @@ void MainController::showExchangeResult(const QString& line)
         label_exchange->setAlignment(Qt::AlignCenter);
         // One line as a rule; a long file name wraps rather than being cut.
         label_exchange->setWordWrap(true);
-        label_exchange->setStyleSheet(QStringLiteral(
-            "QLabel { background: #e9f3ff; color: #0d0d0d; border: 1px solid #9cc8ff; border-radius: 6px; padding: 6px 12px; }"));
         auto* hideTimer = new QTimer(label_exchange);
         hideTimer->setObjectName(QStringLiteral("label_exchange_timer"));
         hideTimer->setSingleShot(true);
-        hideTimer->setInterval(kResultShownMs);
         connect(hideTimer, &QTimer::timeout, label_exchange, &QWidget::hide);
+        auto* undo = new QPushButton(label_exchange);
+        undo->setObjectName(QStringLiteral("label_exchange_undo"));
+        undo->setCursor(Qt::PointingHandCursor);
+        undo->setStyleSheet(QStringLiteral(
+            "QPushButton { background: #ffffff; color: #0d0d0d; border: 1px solid #9cc8ff; border-radius: 4px;"
+            " padding: 2px 10px; } QPushButton:hover { background: #39a5ff; color: #ffffff; border-color: #39a5ff; }"));
+        connect(undo, &QAbstractButton::clicked, this, &MainController::undoLastChange);
     }
+    // Undo goes with the line: a later line without it takes it away.
+    undoSnapshot_ = undoSnapshot;
+    auto* undo = label_exchange->findChild<QPushButton*>(QStringLiteral("label_exchange_undo"));
+    undo->setText(appText(AppText::UndoButton));
+    undo->adjustSize();
+    undo->setVisible(!undoSnapshot.isEmpty());
+    const int undoRoom = undoSnapshot.isEmpty() ? 0 : undo->width() + 12;
+    label_exchange->setStyleSheet(QStringLiteral(
+        "QLabel { background: #e9f3ff; color: #0d0d0d; border: 1px solid #9cc8ff; border-radius: 6px;"
+        " padding: 6px %1px 6px 12px; }").arg(12 + undoRoom));
     label_exchange->setText(line);
     // In the gap under the keyboard picture, as wide as it; a longer text
     // grows down, never over the keys.
     constexpr int kWidth = 660;
-    constexpr int kPictureBottom = 310;  // the picture's lower edge, y upward
-    const int height = label_exchange->heightForWidth(kWidth);
-    label_exchange->setGeometry(flippedRect(kWindowHeight, 215, kPictureBottom - 4 - height, kWidth, height));
+    const int top = orvane_keyboardctrl ? orvane_keyboardctrl->geometry().bottom() + 6 : kWindowHeight - 306;
+    const int height = std::max(label_exchange->heightForWidth(kWidth), undo->height() + 8);
+    label_exchange->setGeometry(215, top, kWidth, height);
+    undo->move(kWidth - undo->width() - 8, (height - undo->height()) / 2);
     label_exchange->show();
     label_exchange->raise();
-    label_exchange->findChild<QTimer*>(QStringLiteral("label_exchange_timer"))->start();
+    // A line that can be undone stays longer, so there is time to read it.
+    auto* hideTimer = label_exchange->findChild<QTimer*>(QStringLiteral("label_exchange_timer"));
+    hideTimer->start(undoSnapshot.isEmpty() ? kResultShownMs : kUndoShownMs);
 }
 
 void MainController::showExchangeRefusal(const QString& message)

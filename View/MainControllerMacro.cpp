@@ -11,6 +11,7 @@
 #include "Protocol/MacroStoreBlock.h"
 #include "Protocol/UploadSequences.h"
 #include "SQLite/DeviceSQLite.h"
+#include "SQLite/Snapshot.h"
 #include "View/MacroController.h"
 #include "View/MacroWindowController.h"
 #include "View/PageFrame.h"
@@ -215,7 +216,10 @@ void MainController::deleteMacro(int64_t macroId)
         return;
     std::vector<MacroInfo> before;
     const MacroKeys keys = macroKeysOf(*deviceDB);
-    if (deviceDB->queryAllMacroData(before) < 1 || !deviceDB->deleteMacroProfile(macroId))
+    if (deviceDB->queryAllMacroData(before) < 1)
+        return;
+    const auto snapshot = snapshotBefore(SnapshotKind::kDeleteMacro);
+    if (!snapshot || !deviceDB->deleteMacroProfile(macroId))
         return;
     const auto placeOf = [&before](int64_t id) {
         return std::find_if(before.begin(), before.end(), [id](const MacroInfo& m) { return m.macroId == id; }) -
@@ -240,6 +244,9 @@ void MainController::deleteMacro(int64_t macroId)
     for (int profile : profiles)
         setKeyMacroData(profile);
     loadKeyMacro();
+    const auto deleted = std::find_if(before.begin(), before.end(), [macroId](const MacroInfo& m) { return m.macroId == macroId; });
+    if (deleted != before.end())
+        showExchangeResult(appText(AppText::MacroDeleted).arg(appText(AppText::QuotedName).arg(deleted->macroName)), *snapshot);
 }
 
 void MainController::MacroTableViewButton(const QVariant& object)

@@ -6,6 +6,7 @@
 #include "Language/AppText.h"
 #include "Language/Language.h"
 #include "SQLite/DeviceSQLite.h"
+#include "SQLite/Snapshot.h"
 #include "View/KeyboardLayout/KeyCodeMaps.h"
 
 namespace {
@@ -21,7 +22,11 @@ void MainController::resetCurrent()
         return;
     // A reset the store could not make sends nothing: the keyboard keeps
     // what the store keeps (the store's failure is said by its watch).
-    if (!deviceDB || !deviceDB->resetProfile(currentProfile)
+    if (!deviceDB)
+        return;
+    // Nothing is reset that could not be undone.
+    const auto snapshot = snapshotBefore(SnapshotKind::kResetCurrent);
+    if (!snapshot || !deviceDB->resetProfile(currentProfile)
         || !deviceDB->updateConfigData(currentProfile, QStringLiteral("currentLightMode"), QStringLiteral("1")))
         return;
     swicthProfile(currentProfile);
@@ -29,7 +34,7 @@ void MainController::resetCurrent()
     // The switch above has sent the settings already; they go out once more,
     // as the keyboard has always received them after a reset.
     setHFDSystemSetData(currentProfile);
-    showExchangeResult(appText(AppText::ResetProfileDone).arg(languageText(profileTextId(currentProfile))));
+    showExchangeResult(appText(AppText::ResetProfileDone).arg(languageText(profileTextId(currentProfile))), *snapshot);
 }
 
 void MainController::resetAllData()
@@ -37,7 +42,10 @@ void MainController::resetAllData()
     OutputLine::print("resetAllData ");
     if (!deviceState)
         return;
-    if (!deviceDB || !deviceDB->dropTable())
+    if (!deviceDB)
+        return;
+    const auto snapshot = snapshotBefore(SnapshotKind::kResetAll);
+    if (!snapshot || !deviceDB->dropTable())
         return;
     initSQLite();
     if (!deviceDB)
@@ -63,5 +71,5 @@ void MainController::resetAllData()
     // what the window shows.
     SaveMacroToKeyboard();
     loadKeyMacro();
-    showExchangeResult(appText(AppText::ResetAllDone));
+    showExchangeResult(appText(AppText::ResetAllDone), *snapshot);
 }

@@ -17,6 +17,7 @@ constexpr int kMenuResetCurrent = 1002;
 constexpr int kMenuResetAll = 1003;
 constexpr int kMenuSwitchToChinese = 1004;
 constexpr int kMenuSwitchToEnglish = 1005;
+constexpr int kMenuRestoreSettings = 1006;
 constexpr int kMenuLightTurnOff = 161;
 constexpr int kMenuLightUpRgb = 162;
 constexpr int kMenuLightImport = 172;
@@ -30,7 +31,7 @@ void MainController::MenuItemMouseUpAction(const QVariant& object)
         profileFollower.profilePickedByHand();
         pickProfile(menuid);
     }
-    else if (menuid >= kMenuExportProfile && menuid <= kMenuSwitchToEnglish)
+    else if (menuid >= kMenuExportProfile && menuid <= kMenuRestoreSettings)
         SystemMenuMsg(menuid);
     // The light menu: add a user light mode (166), save to a slot (167 to 171).
     if (menuid >= 166 && menuid <= 171)
@@ -73,6 +74,9 @@ void MainController::SystemMenuMsg(int msgId)
     case kMenuResetCurrent:
     case kMenuResetAll:
         askToReset(msgId);
+        break;
+    case kMenuRestoreSettings:
+        showRestoreSettings();
         break;
     default:
         break;

@@ -213,6 +213,8 @@ void MainController::setHFDUserLightData()
     save.front().mark.source = currentUserLightMode;
     for (ReportSequence& sequence : save)
         submitSequence(std::move(sequence));
+    // Kept with the settings, so a restore can give the slot its colours back.
+    noteUserLightSlot(currentKBUserLightMode, currentUserLightMode);
     // The keyboard now runs the custom slot: no built-in effect is marked,
     // and a click on any of them is a change that sends it.
     resetLightModeTableView();

@@ -6,6 +6,7 @@
 #include "Language/AppText.h"
 #include "Language/Language.h"
 #include "SQLite/DeviceSQLite.h"
+#include "SQLite/Snapshot.h"
 #include "View/control/KeyboardView.h"
 #include "View/control/UserLightTableItemView.h"
 
@@ -109,8 +110,14 @@ void MainController::askToDeleteUserLight(int row)
 void MainController::deleteUserLight(int64_t mode)
 {
     const int row = userLightRowOf(mode);
-    if (row < 0 || !deviceDB || !deviceDB->deleteUserLightWithColours(mode))
+    if (row < 0 || !deviceDB)
         return;
+    const auto snapshot = snapshotBefore(SnapshotKind::kDeleteLight);
+    if (!snapshot || !deviceDB->deleteUserLightWithColours(mode))
+        return;
+    showExchangeResult(appText(AppText::UserLightDeleted)
+                           .arg(appText(AppText::QuotedName).arg(userlightmode_datas.at(row).value(kText).toString())),
+                       *snapshot);
     const bool shown = mode == currentUserLightMode;
     userlightmode_datas.removeAt(row);
     {

@@ -1,6 +1,7 @@
 #include "View/popover/MenuPopoverViewController.h"
 
 #include "Common/NotificationCenter.h"
+#include "Language/AppText.h"
 #include "Language/Language.h"
 #include "View/control/MenuItemView.h"
 
@@ -12,9 +13,10 @@ struct Row {
     MenuIconItem* MenuPopoverViewController::*field;
     const char* name;
     const char* icon;  // "_n" and "_h" are added
-    int textId;
+    int textId;  // in the numbered tables; 0: `ownText`
     int tag;
     int menuId;
+    AppText ownText = AppText::Count;
 };
 
 constexpr Row kRows[] = {
@@ -22,7 +24,13 @@ constexpr Row kRows[] = {
     {&MenuPopoverViewController::importItem, "importItem", "icon_import", 27, 556, 1000},
     {&MenuPopoverViewController::resetCurItem, "resetCurItem", "icon_reset", 28, 557, 1002},
     {&MenuPopoverViewController::resetAllItem, "resetAllItem", "icon_resetall", 29, 558, 1003},
+    {&MenuPopoverViewController::restoreItem, "restoreItem", "icon_restore", 0, 559, 1006, AppText::RestoreMenuItem},
 };
+
+QString rowText(const Row& r)
+{
+    return r.textId ? languageText(r.textId) : appText(r.ownText);
+}
 
 }  // namespace
 
@@ -42,7 +50,10 @@ void MenuPopoverViewController::viewDidLoad()
         item->setProperty("tag", r.tag);
         item->setGeometry(kPadding, top, kWidth - 2 * kPadding, kRowHeight);
         const QString icon = QString::fromLatin1(r.icon);
-        item->initIconAndText(icon + QStringLiteral("_n"), icon + QStringLiteral("_h"), languageText(r.textId));
+        item->initIconAndText(icon + QStringLiteral("_n"), icon + QStringLiteral("_h"), rowText(r));
+        // The text takes the rest of the row: "Restore settings…" is longer
+        // than the row's usual text place.
+        item->textView->resize(item->width() - item->textView->x() - kPadding, item->textView->height());
         connect(item, &QAbstractButton::clicked, this, [this, item] { action_menubtn(item); });
         this->*r.field = item;
         top += kRowHeight;
@@ -52,7 +63,7 @@ void MenuPopoverViewController::viewDidLoad()
 void MenuPopoverViewController::viewDidAppear()
 {
     for (const Row& r : kRows)
-        (this->*r.field)->textView->setText(languageText(r.textId));
+        (this->*r.field)->textView->setText(rowText(r));
 }
 
 int MenuPopoverViewController::menuIdForTag(int tag)

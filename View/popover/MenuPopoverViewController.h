@@ -1,6 +1,6 @@
 #pragma once
 // The main menu: a transient popup under the menu button with the profile
-// file and reset commands. A click on a row posts "MenuItemMouseUpAction"
+// file and reset commands, and the list of restore points. A click on a row posts "MenuItemMouseUpAction"
 // with the row's menu id (action_menubtn); the controller acts on it and
 // closes the popup.
 //
@@ -17,13 +17,13 @@ class QAbstractButton;
 class MenuPopoverViewController : public PopoverPanel {
     Q_OBJECT
 public:
-    static constexpr int kWidth = 170;
+    static constexpr int kWidth = 186;
     static constexpr int kRowHeight = 40;
 
     explicit MenuPopoverViewController(QWidget* parent = nullptr);
 
     void viewDidLoad();
-    // A row's tag (555 to 558) to its menu id, posted; any other tag does
+    // A row's tag (555 to 559) to its menu id, posted; any other tag does
     // nothing.
     void action_menubtn(QAbstractButton* sender);
     // The menu id a row's tag stands for, 0 for none.
@@ -33,6 +33,7 @@ public:
     MenuIconItem* importItem = nullptr;
     MenuIconItem* resetCurItem = nullptr;
     MenuIconItem* resetAllItem = nullptr;
+    MenuIconItem* restoreItem = nullptr;  // "Restore settings…"
 
 protected:
     // The rows' texts, in the language of the moment.
