@@ -197,6 +197,9 @@ enum class AppText {
     ConnectYourKeyboard,
     ConnectYourKeyboardWhy,  // %1 what stands in the way
 
+    // A macro store that would carry unread steps.
+    MacroStepsUnread,  // %1 the macro's name, %2 the reason
+
     Count  // not a text: the number of them
 };
 
