@@ -336,14 +336,12 @@ void MainController::SaveMacroToKeyboard()
     std::vector<MacroStoreBlock::MacroSteps> steps(macros.size());
     for (std::size_t place = 0; place < macros.size(); ++place) {
         // Unread steps would go out as an empty macro over the keyboard's.
-        // Said under the store watch's topic, whose "could not be saved"
-        // would be wrong here.
         if (!deviceDB->readMacroSteps(macros[place].macroId, steps[place])) {
             const QString name = macros[place].macroName;
-            const StoreStatus failure = deviceDB->health.lastFailure;
-            const QString reason = QString::fromStdString(failure.reason);
+            const QString reason = QString::fromStdString(deviceDB->health.lastFailure.reason);
+            withdrawProblem(kStoreNoteTopic);
             showProblem([name, reason] { return appText(AppText::MacroStepsUnread).arg(name, reason); },
-                        deviceDB->health.file + ':' + QString::number(int(failure.result)));
+                        kStoreNoteTopic);
             return;
         }
     }

@@ -263,10 +263,20 @@ TEST_F(DataSafety, SettingsTheStoreCannotReadAreNeverSentAsDefaults)
     settle();
     ASSERT_GT(keyboard->setCount(), 0);
 
-    const int frames = keyboard->setCount();
-    ScopedFault fault("device.read.config");
-    controller->pickProfile(3);
-    QCoreApplication::processEvents();
+    int frames = keyboard->setCount();
+    {
+        ScopedFault fault("device.read.config");
+        controller->pickProfile(3);
+        QCoreApplication::processEvents();
+        settle();
+        EXPECT_EQ(keyboard->setCount(), frames) << "profile switch";
+    }
+    // Steps that cannot be read would go out as an empty macro.
+    ASSERT_GT(controller->deviceDB->saveMacro({0, 1, 1, 0, "Greeting"}, {RecordInfo{0, 0, 1, 0, 4, "A"}}), 0);
+    frames = keyboard->setCount();
+    ScopedFault fault("macro.read.steps");
+    controller->SaveMacroToKeyboard();
     settle();
-    EXPECT_EQ(keyboard->setCount(), frames) << "profile switch";
+    EXPECT_EQ(keyboard->setCount(), frames) << "macro store";
+    EXPECT_TRUE(shown().contains("The steps of the macro \"Greeting\" could not be read")) << shown().toStdString();
 }
