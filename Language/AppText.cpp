@@ -394,6 +394,10 @@ constexpr std::array kTexts{
     Texts{AppText::SnapshotMacrosMany, "%1 macros", "%1 个宏"},
     Texts{AppText::SnapshotLightsOne, "%1 light", "%1 个灯光"},
     Texts{AppText::SnapshotLightsMany, "%1 lights", "%1 个灯光"},
+    Texts{AppText::MacroStepsUnread,
+          "The steps of the macro \"%1\" could not be read from the database (%2), so no macros were sent: the "
+          "keyboard keeps the ones it has. Try again.",
+          "无法从数据库读取宏\u201c%1\u201d的步骤（%2），因此未发送任何宏：键盘保留其原有的宏。请重试。"},
 };
 
 static_assert(kTexts.size() == std::size_t(AppText::Count), "every text has its entry");

@@ -228,6 +228,8 @@ enum class AppText {
     SnapshotMacrosMany,
     SnapshotLightsOne,  // %1 the number of user lights
     SnapshotLightsMany,
+    // A macro store that would carry unread steps.
+    MacroStepsUnread,  // %1 the macro's name, %2 the reason
 
     Count  // not a text: the number of them
 };

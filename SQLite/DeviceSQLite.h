@@ -139,6 +139,9 @@ public:
     // Appends the macro's steps in the order they were saved; size and
     // failure as queryAllMacroData.
     int queryMacroRecord(int64_t macorId, std::vector<RecordInfo>& dataArray) const;
+    // The same read, false when it failed: no steps is then no answer, and
+    // what goes to the keyboard must not take it for an empty macro.
+    bool readMacroSteps(int64_t macroId, std::vector<RecordInfo>& steps) const;
     int64_t getRecordCount() const;
     // Saves a macro whole, in one transaction: creates it when `info.macroId`
     // is below 1, sets its play count, delays and name (`info.macroName`),

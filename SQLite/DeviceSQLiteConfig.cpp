@@ -29,7 +29,9 @@ StoreRead DeviceSQLite::readConfigData(int profile, const QString& keyValue) con
         query.bind(1, profile);
         query.bind(2, keyValue.toStdString());
         StoreSupport::reachStep("device.read.config");
-        if (query.executeStep())
+        const bool found = query.executeStep();
+        StoreSupport::noteSuccess(*db);
+        if (found)
             return {StoreResult::Ok, QString::fromStdString(query.getColumn(0).getString()), {}};
         return {};
     } catch (const std::exception& e) {
@@ -44,6 +46,7 @@ bool DeviceSQLite::updateConfigData(int profile, const QString& keyValue, const 
         return true;
     try {
         setConfigValue(profile, keyValue.toStdString(), newvalue.toStdString());
+        StoreSupport::noteSuccess(*db);
         return true;
     } catch (const std::exception& e) {
         failed(e);

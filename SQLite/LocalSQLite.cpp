@@ -110,7 +110,9 @@ StoreRead LocalSQLite::readLocalData(const QString& dev_name, const QString& key
         SQLite::Statement query(*db, R"(SELECT "value" FROM "t_localdata" WHERE "device_name" = ? AND "key" = ?)");
         query.bind(1, dev_name.toStdString());
         query.bind(2, keyValue.toStdString());
-        if (query.executeStep())
+        const bool found = query.executeStep();
+        StoreSupport::noteSuccess(*db);
+        if (found)
             return {StoreResult::Ok, QString::fromStdString(query.getColumn(0).getString()), {}};
         return {};
     } catch (const std::exception& e) {
@@ -130,6 +132,7 @@ bool LocalSQLite::updateLocalData(const QString& dev_name, const QString& keyVal
         update.bind(2, dev_name.toStdString());
         update.bind(3, keyValue.toStdString());
         update.exec();
+        StoreSupport::noteSuccess(*db);
         return true;
     } catch (const std::exception& e) {
         return failed(e);
@@ -146,6 +149,7 @@ bool LocalSQLite::writeLocalData(const QString& dev_name, const QString& keyValu
         insert.bind(2, keyValue.toStdString());
         insert.bind(3, newvalue.toStdString());
         insert.exec();
+        StoreSupport::noteSuccess(*db);
         return true;
     } catch (const std::exception& e) {
         return failed(e);

@@ -25,18 +25,24 @@ int64_t DeviceSQLite::addMacroRecord(const RecordInfo& info)
 
 int DeviceSQLite::queryMacroRecord(int64_t macorId, std::vector<RecordInfo>& dataArray) const
 {
-    return guarded(db, "queryMacroRecord", 0, [&](SQLite::Database& connection) {
+    return readMacroSteps(macorId, dataArray) ? int(dataArray.size()) : 0;
+}
+
+bool DeviceSQLite::readMacroSteps(int64_t macroId, std::vector<RecordInfo>& steps) const
+{
+    return guarded(db, "queryMacroRecord", false, [&](SQLite::Database& connection) {
         SQLite::Statement query(connection, R"(SELECT "record_id", "macro_id", "record_type", "record_index",
                                                "record_value", "record_desc" FROM "t_macrorecord"
                                                WHERE "macro_id" = ? ORDER BY "record_id")");
-        query.bind(1, macorId);
-        std::vector<RecordInfo> steps;
+        query.bind(1, macroId);
+        StoreSupport::reachStep("macro.read.steps");
+        std::vector<RecordInfo> read;
         while (query.executeStep())
-            steps.push_back({query.getColumn(0).getInt64(), query.getColumn(1).getInt64(),
-                             query.getColumn(2).getInt64(), query.getColumn(3).getInt64(),
-                             query.getColumn(4).getInt64(), QString::fromStdString(query.getColumn(5).getString())});
-        dataArray.insert(dataArray.end(), steps.begin(), steps.end());
-        return int(dataArray.size());
+            read.push_back({query.getColumn(0).getInt64(), query.getColumn(1).getInt64(),
+                            query.getColumn(2).getInt64(), query.getColumn(3).getInt64(),
+                            query.getColumn(4).getInt64(), QString::fromStdString(query.getColumn(5).getString())});
+        steps.insert(steps.end(), read.begin(), read.end());
+        return true;
     });
 }
 

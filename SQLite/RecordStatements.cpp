@@ -171,4 +171,9 @@ void noteFailure(const SQLite::Database& db, const std::exception& error)
         health->noteFailure(error);
 }
 
+void noteSuccess(const SQLite::Database& db)
+{
+    StoreSupport::noteSuccess(db);
+}
+
 }  // namespace RecordStatements

@@ -10,6 +10,7 @@
 //   "macro.save.steps"      after the macro's old steps are deleted
 //   "macro.save.step.N"     after step N (from 1) is inserted
 //   "light.rgb.delete"      after a key's old colour in a mode is deleted
+//   "macro.read.steps"      before a macro's steps are read
 
 #include "Common/Records.h"
 
@@ -58,6 +59,7 @@ int64_t countRows(SQLite::Database& db, std::string_view table);
 // (StoreSupport::watchFailures) records it for the window.
 void logFailure(std::string_view operation, const std::exception& error);
 void noteFailure(const SQLite::Database& db, const std::exception& error);
+void noteSuccess(const SQLite::Database& db);
 
 // Runs `work` on the connection at the store boundary: its result, or
 // `neutral` when there is no connection or a statement throws.
@@ -67,7 +69,9 @@ T guarded(const std::unique_ptr<SQLite::Database>& db, std::string_view operatio
     if (!db)
         return neutral;
     try {
-        return work(*db);
+        T result = work(*db);
+        noteSuccess(*db);
+        return result;
     } catch (const std::exception& e) {
         logFailure(operation, e);
         noteFailure(*db, e);

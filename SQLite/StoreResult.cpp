@@ -55,7 +55,8 @@ QString storeProblemMessage(const StoreHealth& health, const QString& what)
 void StoreHealth::noteFailure(const std::exception& error)
 {
     lastFailure = storeStatusOf(error);
-    if (lastFailure.result == StoreResult::Busy)
+    lockHeld = lastFailure.result == StoreResult::Busy;
+    if (lockHeld)
         holder = lockHolder(file);
     if (onFailure)
         onFailure(lastFailure);

@@ -52,6 +52,10 @@ struct StoreHealth {
     // Who holds a locked file, as far as the system tells ("another copy of
     // Orvane Keyboard Studio, process 4711"); empty when it does not.
     QString holder;
+    // The latest operation found the file locked, and none has succeeded
+    // since: the next ones fail at once instead of waiting for the lock on
+    // the window's thread. The first that gets through clears it.
+    bool lockHeld = false;
     // Told of every failure after the opening, on the thread that ran the
     // operation (the window's): the window says it and shows what is stored.
     std::function<void(const StoreStatus&)> onFailure;

@@ -52,12 +52,24 @@ bool moveAside(const QString& file, const QString& tag, QString& movedTo, std::s
     return true;
 }
 
+// SQLite's busy handler for the stores' connections: waits up to
+// busyTimeoutMs in steps of a millisecond, as sqlite3_busy_timeout would,
+// but not at all while the store knows that another program holds the file.
+int waitForLock(void* connection, int attempts)
+{
+    const StoreHealth* health = StoreSupport::watchingHealth(*static_cast<const SQLite::Database*>(connection));
+    if ((health && health->lockHeld) || attempts >= StoreSupport::busyTimeoutMs)
+        return 0;
+    ::usleep(1000);
+    return 1;
+}
+
 // Opens the file into `db` and checks it. Throws SQLite::Exception; a
 // damaged file throws with SQLITE_CORRUPT when the quick check finds fault.
 void openChecked(const QString& file, std::unique_ptr<SQLite::Database>& db)
 {
     db = StoreSupport::openReadWrite(file);
-    db->setBusyTimeout(StoreSupport::busyTimeoutMs);
+    sqlite3_busy_handler(db->getHandle(), waitForLock, db.get());
     const std::string check = db->execAndGet("PRAGMA quick_check").getString();
     if (check != "ok")
         throw SQLite::Exception("quick check: " + check, SQLITE_CORRUPT);
@@ -160,6 +172,12 @@ StoreHealth* StoreSupport::watchingHealth(const SQLite::Database& db)
     return found == watched.end() ? nullptr : found->second;
 }
 
+void StoreSupport::noteSuccess(const SQLite::Database& db)
+{
+    if (StoreHealth* health = watchingHealth(db))
+        health->lockHeld = false;
+}
+
 StoreSupport::Opening StoreSupport::openInDatabaseFolder(const QString& fileName, bool moveOldAside)
 {
     Opening opening;
@@ -194,17 +212,20 @@ StoreSupport::Opening StoreSupport::openInDatabaseFolder(const QString& fileName
         }
     } catch (const std::exception& e) {
         health.opening = storeStatusOf(e);
-        // A locked file is kept open: the busy timeout applies to each later
-        // operation, and the file is never taken for damaged.
-        if (health.opening.result != StoreResult::Busy)
+        // A locked file is kept open, and never taken for damaged: each
+        // later operation tries it once until one gets through.
+        health.lockHeld = health.opening.result == StoreResult::Busy;
+        if (!health.lockHeld)
             opening.db.reset();
         if (!folderWritable(folder) && health.opening.result != StoreResult::Busy)
             health.opening.result = StoreResult::ReadOnly;
         OutputLine::print(std::string("init: connect fail ") + e.what());
         return opening;
     }
-    if (held)
+    if (held) {
         health.opening = failure(StoreResult::Busy, lockReason);
+        health.lockHeld = true;
+    }
     else if (!folderWritable(folder) || sqlite3_db_readonly(opening.db->getHandle(), "main") == 1)
         health.opening = {StoreResult::ReadOnly, "the folder or the file may not be written"};
     return opening;

@@ -16,7 +16,8 @@ namespace StoreSupport {
 
 // How long an operation waits for another program's lock before it fails:
 // a moment, as the window waits with it. A longer lock is said at once and
-// the operation fails; the next one tries again.
+// the operation fails; the next ones try once without waiting until one
+// gets through (StoreHealth::lockHeld).
 inline int busyTimeoutMs = 20;
 
 // Records the failures of operations on `db` in `health` from now on (see
@@ -26,6 +27,8 @@ void watchFailures(const std::unique_ptr<SQLite::Database>& db, StoreHealth& hea
 void forgetFailures(const std::unique_ptr<SQLite::Database>& db);
 // The health watching `db`, or none.
 StoreHealth* watchingHealth(const SQLite::Database& db);
+// An operation on `db` went through: a lock noted before is gone.
+void noteSuccess(const SQLite::Database& db);
 
 // Opens read-write and creates a missing file. A name that starts with
 // "file:" is read as a URI, so a file chosen in a file dialog opens as it is

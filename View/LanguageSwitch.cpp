@@ -96,11 +96,13 @@ void MainController::action_language()
 
 void MainController::switchLanguage(int language)
 {
+    // A language the store cannot keep is not taken: the window stays in
+    // the stored one, and the store's watch says why.
+    const QString tag = language == kLanguageChinese ? QStringLiteral("zh-Hans-CN") : QStringLiteral("en-US");
+    if (localDB && localDB->db
+        && !localDB->updateLocalData(QString::fromLatin1(kLocalOwner), QStringLiteral("language"), tag))
+        return;
     G_Language = language;
-    if (localDB && localDB->db) {
-        const QString tag = language == kLanguageChinese ? QStringLiteral("zh-Hans-CN") : QStringLiteral("en-US");
-        localDB->updateLocalData(QString::fromLatin1(kLocalOwner), QStringLiteral("language"), tag);
-    }
     imgbtn_language->initControl(languageButtonImage(false), languageButtonImage(true));
     LanguageSwicth();
 }

@@ -140,6 +140,8 @@ public:
     void getKeyboardProfile();   // starts the poll timer
     void pollKeyboardProfile();  // one tick of it
     void swicthProfile(int profileId);
+    // The label, the picture and the keyboard on `profileId`, as stored.
+    void enterProfile(int profileId);
     void switchToStoredProfile();
     // The user's choice of profile (the profile menu). Goes through
     // afterPollReply, so a choice made while a poll is out lands after it.
@@ -150,6 +152,7 @@ public:
     // it would in a program with one thread. User actions that read or write
     // the active profile go through here.
     void afterPollReply(std::function<void()> action);
+    bool pollReplyOwed() const { return pollReplyOwed_; }
 
     // ---- Profiles that follow the application in front (MainControllerAppRules)
     // Picks the focus source and builds the system page's section; needs
@@ -193,7 +196,9 @@ public:
     void initCNC61KLayout();
     void keyboard_color_select(int tag);
     void resetKBColorRect(int tag);
-    void action_kbcolor_button(CaseColorButton* sender);
+    void action_kbcolor_button(CaseColorButton* sender);  // stores first, then shows
+    // keyboard_color_select without the store: the picture and the buttons.
+    void showCaseColour(int tag);
     KeyboardView* orvane_keyboardctrl = nullptr;
     QLabel* newKBLayout = nullptr;
     CaseColorButton* kb_whitecolor_btn = nullptr;   // tag 200

@@ -34,16 +34,21 @@ void MainController::CustomKeyFuncMsg(const QVariant& object)
 
 void MainController::addCustomKey(ProfileKey& keydata)
 {
-    if (!deviceDB)
-        return;
-    keydata.profId = currentProfile;
+    // The key is the one clicked now; the profile is the one the keyboard
+    // is on once a status poll's reply that is owed has been acted on, so
+    // what is stored, shown and sent agree.
     keydata.keyValue = currentKeyValue;
-    const int64_t result = deviceDB->addKeyProfile(keydata);
-    // A row was wanted and none is there: the store refused the write and
-    // kept the key's earlier assignment, which the key goes on showing.
-    if (result < 1 && keydata.macroValue != 0)
-        showProblem(appText(AppText::KeyAssignmentSaveFailed),
-                    QStringLiteral("key-assignment"));
-    loadKeyMacro();
-    setKeyMacroData(currentProfile);
+    afterPollReply([this, keydata]() mutable {
+        if (!deviceDB)
+            return;
+        keydata.profId = currentProfile;
+        const int64_t result = deviceDB->addKeyProfile(keydata);
+        // A row was wanted and none is there: the store refused the write
+        // and kept the key's earlier assignment, which the key goes on
+        // showing.
+        if (result < 1 && keydata.macroValue != 0)
+            showProblem(appText(AppText::KeyAssignmentSaveFailed), QStringLiteral("key-assignment"));
+        loadKeyMacro();
+        setKeyMacroData(currentProfile);
+    });
 }

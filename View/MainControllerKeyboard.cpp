@@ -38,10 +38,25 @@ void MainController::resetKBColorRect(int tag)
 void MainController::action_kbcolor_button(CaseColorButton* sender)
 {
     closeColorPanel();
-    keyboard_color_select(sender->tag());
+    // A colour the store cannot keep is not shown: the picture stays as
+    // stored, and the store's watch says why.
+    const QString digit = QString::number(sender->tag() - kCaseColourFirstTag + 1);
+    if (localDB
+        && !localDB->updateLocalData(QString::fromLatin1(kLocalOwner), keyboardModelForLayout(keyboardLayout).localKey,
+                                     digit))
+        return;
+    showCaseColour(sender->tag());
 }
 
 void MainController::keyboard_color_select(int tag)
+{
+    showCaseColour(tag);
+    if (localDB)
+        localDB->updateLocalData(QString::fromLatin1(kLocalOwner), keyboardModelForLayout(keyboardLayout).localKey,
+                                 QString::number(keyboardColorType));
+}
+
+void MainController::showCaseColour(int tag)
 {
     resetKBColorRect(tag);
     setCaseColourButtonSelected(tag);
@@ -57,6 +72,4 @@ void MainController::keyboard_color_select(int tag)
         orvane_keyboardctrl->setKeyBackgroundColor(tag == kCaseColourFirstTag ? Qt::black : Qt::white);
     }
     keyboardColorType = type;
-    if (localDB)
-        localDB->updateLocalData(QString::fromLatin1(kLocalOwner), model.localKey, QString::number(type));
 }

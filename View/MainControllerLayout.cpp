@@ -56,11 +56,12 @@ void MainController::runLayoutBuilder(int newKeyboardType)
 
 QString MainController::storedCaseDigit(const KeyboardModelLayout& model)
 {
-    const QString digit = localDB ? localDB->getLocalData(kOwner, model.localKey) : QString();
-    if (!digit.isEmpty())
-        return digit;
-    // A model shown for the first time starts white.
-    if (localDB)
+    const StoreRead digit = localDB ? localDB->readLocalData(kOwner, model.localKey) : StoreRead{};
+    if (!digit.value.isEmpty())
+        return digit.value;
+    // A model shown for the first time starts white; a colour that could not
+    // be read is shown white too, but not stored over.
+    if (localDB && !digit.failed())
         localDB->writeLocalData(kOwner, model.localKey, QStringLiteral("1"));
     return QStringLiteral("1");
 }

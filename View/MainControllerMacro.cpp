@@ -341,8 +341,17 @@ void MainController::SaveMacroToKeyboard()
     if (int64_t(macros.size()) != macroCount)
         return;
     std::vector<MacroStoreBlock::MacroSteps> steps(macros.size());
-    for (std::size_t place = 0; place < macros.size(); ++place)
-        deviceDB->queryMacroRecord(macros[place].macroId, steps[place]);
+    for (std::size_t place = 0; place < macros.size(); ++place) {
+        // Unread steps would go out as an empty macro over the keyboard's.
+        if (!deviceDB->readMacroSteps(macros[place].macroId, steps[place])) {
+            const QString name = macros[place].macroName;
+            const QString reason = QString::fromStdString(deviceDB->health.lastFailure.reason);
+            withdrawProblem(kStoreNoteTopic);
+            showProblem([name, reason] { return appText(AppText::MacroStepsUnread).arg(name, reason); },
+                        kStoreNoteTopic);
+            return;
+        }
+    }
     const MacroStoreBlock::Result store = MacroStoreBlock::build(steps);
     if (store.macrosOver > 0) {
         showMacroStoreNote(appText(AppText::MacroStoreTooManyMacros)

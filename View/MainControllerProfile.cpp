@@ -60,15 +60,30 @@ void MainController::runAfterPollReply()
 
 void MainController::pickProfile(int profileId)
 {
-    afterPollReply([this, profileId] { swicthProfile(profileId); });
+    afterPollReply([this, profileId] {
+        if (!deviceState)
+            return;
+        // A choice the store cannot keep is not made: the label and the
+        // keyboard stay on the stored profile, and the store's watch says why.
+        if (deviceDB && !deviceDB->updateConfigData(1, QStringLiteral("currentProfile"), QString::number(profileId)))
+            return;
+        enterProfile(profileId);
+    });
 }
 
 void MainController::swicthProfile(int profileId)
 {
     if (!deviceState)
         return;
+    // The keyboard's own choice (the poll) is followed even when the store
+    // cannot keep it: the keyboard is on that profile already.
     if (deviceDB)
         deviceDB->updateConfigData(1, QStringLiteral("currentProfile"), QString::number(profileId));
+    enterProfile(profileId);
+}
+
+void MainController::enterProfile(int profileId)
+{
     // A number with no name (outside 1 to 5) leaves the label as it was.
     if (const int textId = profileTextId(profileId); textId && imgbtn_profile)
         imgbtn_profile->setTitle(languageText(textId));

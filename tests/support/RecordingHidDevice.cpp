@@ -42,6 +42,14 @@ std::vector<std::string> RecordingHidDevice::sets() const
     return sets_;
 }
 
+DeviceComm::Sleeper RecordingHidDevice::pauseRecorder()
+{
+    return [this](std::chrono::milliseconds ms) {
+        std::lock_guard lock(mutex_);
+        sets_.push_back("pause " + std::to_string(ms.count()));
+    };
+}
+
 void RecordingHidDevice::setGate(bool open)
 {
     {

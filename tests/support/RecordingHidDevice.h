@@ -4,6 +4,7 @@
 // byte 9 = `replyProfile`. `recordBrackets` also records each sequence's
 // "begin data"/"begin" and "end". While the gate is closed, a set waits.
 
+#include "HIDDevice/DeviceComm.h"
 #include "HIDDevice/Platform/HidDeviceHandle.h"
 
 #include <QVariantMap>
@@ -27,6 +28,8 @@ public:
     // Hex of every set (and bracket) in order.
     std::vector<std::string> sets() const;
     void setGate(bool open);
+    // A sleeper that records "pause <ms>" among the sets instead of sleeping.
+    DeviceComm::Sleeper pauseRecorder();
     bool someoneWaitsAtGate() const { return waiting_ > 0; }
 
     QVariantMap properties;

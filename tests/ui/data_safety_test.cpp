@@ -2,11 +2,14 @@
 // a session on the virtual keyboard meets them.
 #include "support/CapturedLines.h"
 #include "Common/DataPaths.h"
+#include "Common/Globals.h"
 #include "HIDDevice/Platform/Virtual/VirtualHidManager.h"
 #include "SQLite/DeviceSQLite.h"
 #include "SQLite/LocalSQLite.h"
 #include "Simulator/VirtualKeyboard.h"
 #include "View/MainController.h"
+#include "View/control/ButtonView.h"
+#include "View/control/CaseColorButton.h"
 #include "support/CrashVfs.h"
 #include "support/StoreTestSupport.h"
 #include "support/WaitUntil.h"
@@ -14,8 +17,8 @@
 #include <QAbstractButton>
 #include <QCoreApplication>
 #include <QDir>
-#include <QElapsedTimer>
 #include <QFile>
+#include <QListWidget>
 #include <gtest/gtest.h>
 
 #include <unistd.h>
@@ -59,7 +62,8 @@ protected:
         plug();
     }
     void startAndPlug() { start(); plug(); }
-    void settle() { ASSERT_TRUE(waitUntil([&] { return !controller->hidcomm_busy(); })); }
+    // Also past a status poll's reply, so that what follows runs at once.
+    void settle() { ASSERT_TRUE(waitUntil([&] { return !controller->hidcomm_busy() && !controller->pollReplyOwed(); })); }
 
     // Local settings with the given version row.
     static void setVersion(const std::string& version)
@@ -170,33 +174,54 @@ TEST_F(DataSafety, AReadOnlyDataFolderIsExplainedWithTheCommandThatFixesIt)
 }
 
 // A user action on a store another connection holds, or on a full disk:
-// it fails at once, the window says why, the switch shows what is stored,
-// and nothing unstored goes to the keyboard.
-TEST_F(DataSafety, ALockedOrFullStoreFailsTheActionAtOnceSaysWhyAndTheSwitchShowsTheStoredState)
+// the window says why, the control shows what is stored, and nothing
+// unstored goes to the keyboard.
+TEST_F(DataSafety, ALockedOrFullStoreFailsEachActionSaysWhyAndItsControlShowsTheStoredState)
 {
     CrashVfs::install();  // the stores open through the test layer, which can fill the disk
     startAndPlug();
     QAbstractButton* lock = controller->lockSwitches[0];
-    ASSERT_FALSE(lock->isChecked());
+    struct Action {
+        const char* name;
+        QString file;
+        std::function<void()> act;
+        std::function<QString()> shows;  // the control, "1" when it shows the stored state
+    };
+    const Action actions[] = {
+        {"lock switch", kDeviceFile, [&] { lock->click(); }, [&] { return QString::number(!lock->isChecked()); }},
+        {"profile", kDeviceFile, [&] { controller->pickProfile(3); },
+         [&] { return QString::number(controller->currentProfile == 1 && controller->imgbtn_profile->text() == "Profile A"); }},
+        {"user light", kDeviceFile, [&] { controller->UserLightTableMenuMsg(166); },
+         [&] { return QString::number(controller->userlightmode_table->count() == 0); }},
+        {"language", kLocalDatabaseFile, [&] { controller->switchLanguage(kLanguageChinese); },
+         [&] { return QString::number(G_Language == kLanguageEnglish); }},
+        {"case colour", kLocalDatabaseFile, [&] { controller->kb_blackcolor_btn->click(); },
+         [&] { return QString::number(controller->keyboardColorType == 1); }},
+    };
     const int frames = keyboard->setCount();
-    {
-        SQLite::Database other(folder.databasePath(kDeviceFile), SQLite::OPEN_READWRITE);
-        other.exec("BEGIN EXCLUSIVE");
-        QElapsedTimer clock;
-        clock.start();
-        lock->click();
-        EXPECT_LT(clock.elapsed(), 100) << "the window waits a moment, not seconds";
+    for (const Action& action : actions) {
+        SCOPED_TRACE(action.name);
+        for (StoreResult said : {StoreResult::Busy, StoreResult::DiskFull})
+            controller->withdrawProblem(DataPaths::databaseFolder() + action.file + ':' + QString::number(int(said)));
+        settle();
+        {
+            SQLite::Database other(folder.databasePath(action.file), SQLite::OPEN_READWRITE);
+            other.exec("BEGIN EXCLUSIVE");
+            action.act();
+            QCoreApplication::processEvents();
+            EXPECT_EQ(action.shows(), "1");
+            EXPECT_TRUE(shown().contains(QStringLiteral("are locked by process %1 (").arg(::getpid()))) << shown().toStdString();
+        }
+        settle();
+        CrashVfs::arm(1, CrashVfs::Action::DiskFull);
+        action.act();
         QCoreApplication::processEvents();
-        EXPECT_FALSE(lock->isChecked());
-        EXPECT_TRUE(shown().contains(QStringLiteral("are locked by process %1 (").arg(::getpid()))) << shown().toStdString();
+        CrashVfs::arm(0, CrashVfs::Action::None);
+        EXPECT_EQ(action.shows(), "1");
+        EXPECT_TRUE(shown().contains("is full. Free some space")) << shown().toStdString();
     }
-    CrashVfs::arm(1, CrashVfs::Action::DiskFull);
-    lock->click();
-    QCoreApplication::processEvents();
-    CrashVfs::arm(0, CrashVfs::Action::None);
     CrashVfs::uninstall();
-    EXPECT_FALSE(lock->isChecked());
-    EXPECT_TRUE(shown().contains("is full. Free some space")) << shown().toStdString();
+    settle();
     EXPECT_EQ(keyboard->setCount(), frames) << "what is not stored is not sent";
 
     lock->click();
@@ -238,10 +263,20 @@ TEST_F(DataSafety, SettingsTheStoreCannotReadAreNeverSentAsDefaults)
     settle();
     ASSERT_GT(keyboard->setCount(), 0);
 
-    const int frames = keyboard->setCount();
-    ScopedFault fault("device.read.config");
-    controller->pickProfile(3);
-    QCoreApplication::processEvents();
+    int frames = keyboard->setCount();
+    {
+        ScopedFault fault("device.read.config");
+        controller->pickProfile(3);
+        QCoreApplication::processEvents();
+        settle();
+        EXPECT_EQ(keyboard->setCount(), frames) << "profile switch";
+    }
+    // Steps that cannot be read would go out as an empty macro.
+    ASSERT_GT(controller->deviceDB->saveMacro({0, 1, 1, 0, "Greeting"}, {RecordInfo{0, 0, 1, 0, 4, "A"}}), 0);
+    frames = keyboard->setCount();
+    ScopedFault fault("macro.read.steps");
+    controller->SaveMacroToKeyboard();
     settle();
-    EXPECT_EQ(keyboard->setCount(), frames) << "profile switch";
+    EXPECT_EQ(keyboard->setCount(), frames) << "macro store";
+    EXPECT_TRUE(shown().contains("The steps of the macro \"Greeting\" could not be read")) << shown().toStdString();
 }

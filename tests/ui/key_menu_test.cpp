@@ -72,10 +72,12 @@ protected:
         QTest::mouseMove(window, at + QPoint(0, 1));
         QTest::mouseMove(window, at);
     }
-    static void click(QWidget* item)
+    // An assignment waits for a status poll's reply that is owed: so does the test.
+    void click(QWidget* item)
     {
         hover(item);
         QTest::mouseClick(item, Qt::LeftButton, {}, item->rect().center());
+        waitUntil([&] { return !controller->pollReplyOwed(); });
     }
     // Opens the key menu on Escape and the second level of `entry`.
     KeySubMenuViewController* openSecondLevel(int entry)
@@ -426,4 +428,18 @@ TEST_F(KeyMenu, EscapeAPressOutsideAPageChangeAndAModelSwitchCloseTheOpaqueMenus
         for (const QPoint corner : {QPoint(0, 0), QPoint(image.width() - 1, image.height() - 1)})
             EXPECT_EQ(qAlpha(image.pixel(corner)), 255);
     }
+}
+
+TEST_F(KeyMenu, AKeyAssignedWhileAPollIsOutGoesToTheProfileTheKeyboardEndsOn)
+{
+    const std::string firstTable = hexFromBytes(keyboard->firmware().keyTable(1));
+    keyboard->setActiveProfile(3);
+    controller->pollKeyboardProfile();
+    ASSERT_TRUE(controller->pollReplyOwed());
+    openSecondLevel(11);
+    click(controller->keyboardKeySubMenu->item(127));  // Escape plays Mute
+    EXPECT_EQ(controller->currentProfile, 3);
+    EXPECT_EQ(storedRow(41).macroValue, 127);
+    EXPECT_EQ(keyTableAfterUpload().substr(2 * 4 * 1, 8), "03e20000");
+    EXPECT_EQ(hexFromBytes(keyboard->firmware().keyTable(1)), firstTable);
 }
