@@ -8,6 +8,7 @@
 #include "Simulator/VirtualKeyboard.h"
 #include "View/LanguageSwitch.h"
 #include "View/MainController.h"
+#include "View/control/AppFont.h"
 #include "View/control/ButtonView.h"
 #include "View/control/LightTableItemView.h"
 #include "View/control/MenuItemView.h"
@@ -164,7 +165,7 @@ TEST_F(LightPage, TheLanguageMenuRelabelsEveryTextStoresTheChoiceAndSendsNothing
     layout.createLine();
     layout.endLayout();
     ASSERT_FALSE(layout.glyphRuns().isEmpty());
-    EXPECT_EQ(layout.glyphRuns().first().rawFont().familyName().toStdString(), "Noto Sans CJK SC");
+    EXPECT_TRUE(AppFont::families().contains(layout.glyphRuns().first().rawFont().familyName()));
     EXPECT_LE(name->sizeHint().width(), name->width());
 
     // A second command within a second is dropped.
