@@ -31,7 +31,11 @@ namespace {
 
 class LightPage : public ::testing::Test, protected VirtualSession {
 protected:
-    void SetUp() override { ASSERT_TRUE(connected()); }
+    void SetUp() override
+    {
+        ASSERT_TRUE(connected());
+        controller->action_func_light();  // the rows are built when the page shows
+    }
 
     void plug()
     {
