@@ -3,6 +3,8 @@
 #include "Common/StandardStreams.h"
 #include "Desktop/SingleInstance.h"
 #include "HIDDevice/Platform/Doctor.h"
+#include "View/LanguageSwitch.h"
+#include "View/control/AppFont.h"
 
 #include <QApplication>
 #include <QIcon>
@@ -77,6 +79,12 @@ int main(int argc, char** argv)
     Q_INIT_RESOURCE(resources);
     QApplication app(argc, argv);
     nameTheApplication();
+    // Widgets built before the window's font is set keep the desktop's
+    // sans-serif. Where that is the CJK face anyway, the font is set first,
+    // so that they draw with the app's cut of it, alike, and the whole face
+    // stays closed.
+    if (AppFont::desktopSansIsInstalledFace())
+        useChineseCapableFont();
     AppDelegate delegate(*options);
     // Without the guard the app still runs: a folder we cannot write to
     // must not keep the user out.

@@ -1,6 +1,6 @@
 #include "Common/LightModeCatalogue.h"
 
-#include <QRegularExpression>
+#include <algorithm>
 
 namespace {
 
@@ -48,8 +48,13 @@ int lightModeFromStored(const QString& stored)
 {
     // Only a damaged database holds anything but digits here; it is read as
     // the empty value rather than as 0.
-    static const QRegularExpression decimal(QStringLiteral("^-?[0-9]+$"));
+    // Checked by hand: a regular expression here would bring the pattern
+    // engine into every start.
+    const qsizetype digits = stored.startsWith(u'-') ? 1 : 0;
+    const bool decimal = stored.size() > digits && std::all_of(stored.begin() + digits, stored.end(), [](QChar c) {
+        return c >= u'0' && c <= u'9';
+    });
     bool ok = false;
-    const int mode = decimal.match(stored).hasMatch() ? stored.toInt(&ok, 10) : 0;
+    const int mode = decimal ? stored.toInt(&ok, 10) : 0;
     return ok ? mode : 1;
 }

@@ -6,14 +6,40 @@
 #include <QDataStream>
 #include <QDeadlineTimer>
 #include <QDir>
-#include <QLocalServer>
-#include <QLocalSocket>
+#include <QSocketNotifier>
 #include <QThread>
 
 #include <cerrno>
+#include <cstring>
 #include <fcntl.h>
+#include <poll.h>
 #include <sys/file.h>
+#include <sys/socket.h>
+#include <sys/stat.h>
+#include <sys/un.h>
 #include <unistd.h>
+
+namespace {
+
+bool addressOf(const QString& path, sockaddr_un& address)
+{
+    const QByteArray name = QFile::encodeName(path);
+    address = {};
+    address.sun_family = AF_UNIX;
+    if (size_t(name.size()) >= sizeof(address.sun_path))
+        return false;
+    std::memcpy(address.sun_path, name.constData(), size_t(name.size()));
+    return true;
+}
+
+// Waits until `fd` can be written, at most until `deadline`.
+bool writable(int fd, const QDeadlineTimer& deadline)
+{
+    pollfd watched{fd, POLLOUT, 0};
+    return ::poll(&watched, 1, int(deadline.remainingTime())) == 1 && (watched.revents & POLLOUT);
+}
+
+}  // namespace
 
 SingleInstance::SingleInstance(const QString& folder, const QString& dataFolder, QObject* parent)
     : QObject(parent)
@@ -25,7 +51,7 @@ SingleInstance::SingleInstance(const QString& folder, const QString& dataFolder,
 
 SingleInstance::~SingleInstance()
 {
-    server_.reset();  // removes the socket file while the lock is still held
+    closeServer();  // removes the socket file while the lock is still held
     if (lockFd_ >= 0)
         ::close(lockFd_);
 }
@@ -65,28 +91,44 @@ bool SingleInstance::listen(QString& error)
         error = QStringLiteral("another start holds %1").arg(lockPath_);
         return false;
     }
-    // We hold the lock, so a socket file there is a crashed run's.
-    QLocalServer::removeServer(socketPath_);
-    server_ = std::make_unique<QLocalServer>();
-    server_->setSocketOptions(QLocalServer::UserAccessOption);
-    if (!server_->listen(socketPath_)) {
-        error = QStringLiteral("cannot listen on %1: %2").arg(socketPath_, server_->errorString());
-        server_.reset();
+    sockaddr_un address;
+    if (!addressOf(socketPath_, address)) {
+        error = QStringLiteral("cannot listen on %1: the path is too long").arg(socketPath_);
         return false;
     }
-    connect(server_.get(), &QLocalServer::newConnection, this, &SingleInstance::readHandOver);
+    // We hold the lock, so a socket file there is a crashed run's.
+    ::unlink(address.sun_path);
+    const int fd = ::socket(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC | SOCK_NONBLOCK, 0);
+    // Only the user may connect: the socket is made 0600 from the start.
+    const mode_t mask = ::umask(0177);
+    const bool bound = fd >= 0 && ::bind(fd, reinterpret_cast<const sockaddr*>(&address), sizeof address) == 0;
+    ::umask(mask);
+    if (!bound || ::listen(fd, 8) != 0) {
+        error = QStringLiteral("cannot listen on %1: %2").arg(socketPath_, QString::fromLocal8Bit(std::strerror(errno)));
+        if (fd >= 0)
+            ::close(fd);
+        return false;
+    }
+    serverFd_ = fd;
+    serverNotifier_ = std::make_unique<QSocketNotifier>(fd, QSocketNotifier::Read);
+    connect(serverNotifier_.get(), &QSocketNotifier::activated, this, &SingleInstance::acceptHandOvers);
     return true;
 }
 
 bool SingleInstance::handOver(const QStringList& arguments, int timeoutMs)
 {
+    sockaddr_un address;
+    if (!addressOf(socketPath_, address))
+        return false;
     // The running app may hold the lock a moment before it listens.
     const QDeadlineTimer deadline(timeoutMs);
-    QLocalSocket socket;
+    int fd = -1;
     for (;;) {
-        socket.connectToServer(socketPath_);
-        if (socket.waitForConnected(int(deadline.remainingTime())))
+        fd = ::socket(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC, 0);
+        if (fd >= 0 && ::connect(fd, reinterpret_cast<const sockaddr*>(&address), sizeof address) == 0)
             break;
+        if (fd >= 0)
+            ::close(fd);
         if (deadline.hasExpired())
             return false;
         QThread::msleep(50);  // not the window's thread: there is no window yet
@@ -94,23 +136,63 @@ bool SingleInstance::handOver(const QStringList& arguments, int timeoutMs)
     QByteArray message;
     QDataStream out(&message, QIODevice::WriteOnly);
     out << arguments;
-    socket.write(message);
-    const bool sent = socket.waitForBytesWritten(int(deadline.remainingTime()));
-    socket.disconnectFromServer();
-    return sent;
+    qsizetype sent = 0;
+    ::fcntl(fd, F_SETFL, ::fcntl(fd, F_GETFL) | O_NONBLOCK);
+    while (sent < message.size() && writable(fd, deadline)) {
+        const ssize_t n = ::send(fd, message.constData() + sent, size_t(message.size() - sent), MSG_NOSIGNAL);
+        if (n < 0 && errno != EAGAIN && errno != EINTR)
+            break;
+        sent += std::max<ssize_t>(n, 0);
+    }
+    ::close(fd);
+    return sent == message.size();
 }
 
-void SingleInstance::readHandOver()
+void SingleInstance::acceptHandOvers()
 {
-    while (QLocalSocket* socket = server_->nextPendingConnection()) {
-        connect(socket, &QLocalSocket::disconnected, socket, &QObject::deleteLater);
-        // The whole list arrives before the sender hangs up.
-        connect(socket, &QLocalSocket::readChannelFinished, this, [this, socket] {
-            QDataStream in(socket->readAll());
-            QStringList arguments;
-            in >> arguments;
-            if (in.status() == QDataStream::Ok)
-                emit activationRequested(arguments);
-        });
+    for (;;) {
+        const int fd = ::accept4(serverFd_, nullptr, nullptr, SOCK_CLOEXEC | SOCK_NONBLOCK);
+        if (fd < 0)
+            return;
+        Connection& connection = connections_[fd];
+        connection.notifier = std::make_unique<QSocketNotifier>(fd, QSocketNotifier::Read);
+        connect(connection.notifier.get(), &QSocketNotifier::activated, this, [this, fd] { readHandOver(fd); });
     }
+}
+
+void SingleInstance::readHandOver(int fd)
+{
+    Connection& connection = connections_[fd];
+    char buffer[4096];
+    ssize_t n;
+    while ((n = ::read(fd, buffer, sizeof buffer)) > 0)
+        connection.received.append(buffer, n);
+    if (n < 0 && (errno == EAGAIN || errno == EINTR))
+        return;
+    // The whole list has arrived once the sender hangs up.
+    QDataStream in(connection.received);
+    QStringList arguments;
+    in >> arguments;
+    // The notifier is the sender of this call: it goes once the call is over.
+    connection.notifier->setEnabled(false);
+    connection.notifier.release()->deleteLater();
+    ::close(fd);
+    connections_.erase(fd);
+    if (in.status() == QDataStream::Ok && n == 0)
+        emit activationRequested(arguments);
+}
+
+void SingleInstance::closeServer()
+{
+    for (auto& [fd, connection] : connections_) {
+        connection.notifier.reset();
+        ::close(fd);
+    }
+    connections_.clear();
+    if (serverFd_ < 0)
+        return;
+    serverNotifier_.reset();
+    ::close(serverFd_);
+    serverFd_ = -1;
+    ::unlink(QFile::encodeName(socketPath_).constData());
 }

@@ -8,15 +8,17 @@
 // crashed run is removed by the next holder of the lock before it listens.
 //
 // Main thread only. tryLock() needs no application object; listen() and
-// handOver() need one.
+// handOver() need one. The socket is a plain Unix socket watched by the
+// event loop: the app needs no network library for it.
 
 #include <QObject>
 #include <QString>
 #include <QStringList>
 
+#include <map>
 #include <memory>
 
-class QLocalServer;
+class QSocketNotifier;
 
 class SingleInstance : public QObject {
     Q_OBJECT
@@ -50,10 +52,18 @@ signals:
     void activationRequested(const QStringList& arguments);
 
 private:
-    void readHandOver();
+    void acceptHandOvers();
+    void readHandOver(int fd);
+    void closeServer();
 
     QString lockPath_;
     QString socketPath_;
     int lockFd_ = -1;
-    std::unique_ptr<QLocalServer> server_;
+    int serverFd_ = -1;
+    std::unique_ptr<QSocketNotifier> serverNotifier_;
+    struct Connection {
+        std::unique_ptr<QSocketNotifier> notifier;
+        QByteArray received;
+    };
+    std::map<int, Connection> connections_;
 };

@@ -8,6 +8,7 @@
 #include "SQLite/LocalSQLite.h"
 #include "View/MainController.h"
 #include "View/AppRulesSection.h"
+#include "View/control/AppFont.h"
 #include "View/control/ButtonView.h"
 #include "View/control/ImageTitleButton.h"
 #include "View/popover/LanguagePopoverViewController.h"
@@ -36,8 +37,6 @@ constexpr LabelledControl kLabelledControls[] = {
     {"label_lock_alttab", 592},
     {"label_lock_altf4", 593},
 };
-
-const QString kChineseFamily = QStringLiteral("Noto Sans CJK SC");
 
 QString languageButtonImage(bool hover)
 {
@@ -69,14 +68,9 @@ std::span<const LabelledControl> labelledControls() { return kLabelledControls; 
 
 void useChineseCapableFont()
 {
+    AppFont::registerFaces();
     QFont font = QApplication::font();
-    QStringList families = font.families();
-    if (families.isEmpty())
-        families << font.family();
-    if (families.contains(kChineseFamily))
-        return;
-    families << kChineseFamily;
-    font.setFamilies(families);
+    font.setFamilies(AppFont::families());
     QApplication::setFont(font);
 }
 

@@ -13,9 +13,10 @@ struct LabelledControl {
 // "text" property; one that is not built yet is passed over.
 std::span<const LabelledControl> labelledControls();
 
-// Adds the simplified Chinese face behind the interface font, so Chinese
-// text is drawn with it rather than whichever CJK face the system would pick
-// first (often the Japanese one, whose forms differ).
+// Makes the simplified Chinese face (the app's cut of it first, see
+// AppFont) the interface font, so Chinese text is drawn with it rather than
+// whichever CJK face the system would pick first (often the Japanese one,
+// whose forms differ).
 void useChineseCapableFont();
 
 // Loads Qt's own translations for the language (kLanguageChinese), or takes

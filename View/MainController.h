@@ -323,6 +323,7 @@ public:
     void setHFDBackLightData(int profile);
     void tableViewSelectionDidChange(QListWidget* tableView);
     LightTableItemView* lightModeRowView(int row);  // made if needed
+    void buildLightModeRows();                      // all of them, for the page on show
     void action_ligjhtmode_tab();
     void action_userlightmode_tab();
 

@@ -24,6 +24,12 @@ const QString kLightModeKey = QStringLiteral("currentLightMode");
 
 QString keyString(const char* key) { return QString::fromLatin1(key); }
 
+// The row's view if it has been built; rows not built yet show no mark.
+LightTableItemView* builtRowView(const QListWidget& table, int row)
+{
+    return qobject_cast<LightTableItemView*>(table.itemWidget(table.item(row)));
+}
+
 }  // namespace
 
 void MainController::initLightPage()
@@ -82,7 +88,7 @@ void MainController::initLightTableData()
     // row marked before keeps its mark.
     int marked = -1;
     for (int row = 0; row < light_mode_table->count(); ++row)
-        if (lightModeRowView(row)->isSelect)
+        if (auto* view = builtRowView(*light_mode_table, row); view && view->isSelect)
             marked = row;
     const QSignalBlocker blocker(light_mode_table);
     const int current = light_mode_table->currentRow();
@@ -90,8 +96,12 @@ void MainController::initLightTableData()
     for (int row = 0; row < light_mode_datas.size(); ++row) {
         auto* item = new QListWidgetItem(light_mode_table);
         item->setSizeHint(QSize(light_mode_table->width(), LightTableItemView::kRowHeight));
-        lightModeRowView(row);
     }
+    // A row's picture and name are built when the page first shows, or
+    // when the row is first asked for: a start that never opens the page
+    // never pays for them.
+    if (viewType == 2)
+        buildLightModeRows();
     light_mode_table->setCurrentRow(current);
     if (marked >= 0 && marked < light_mode_table->count())
         lightModeRowView(marked)->setSelect(true);
@@ -113,13 +123,18 @@ LightTableItemView* MainController::lightModeRowView(int row)
     return view;
 }
 
+void MainController::buildLightModeRows()
+{
+    for (int row = 0; light_mode_table && row < light_mode_table->count(); ++row)
+        lightModeRowView(row);
+}
+
 void MainController::resetLightModeTableView()
 {
     if (light_mode_datas.isEmpty() || !light_mode_table)
         return;
     for (int row = 0; row < light_mode_table->count(); ++row) {
-        LightTableItemView* view = lightModeRowView(row);
-        if (view->isSelect)
+        if (LightTableItemView* view = builtRowView(*light_mode_table, row); view && view->isSelect)
             view->setSelect(false);
     }
 }

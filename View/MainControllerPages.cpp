@@ -86,6 +86,7 @@ void MainController::showPage(int page)
     switch (page) {
     case 1: macro_view->show(); break;
     case 2:
+        buildLightModeRows();
         light_view->show();
         userlight_view->show();
         // Entering the page always shows the built-in effects.

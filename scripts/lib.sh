@@ -14,6 +14,7 @@ ORVANE_PACKAGES=(
   libxcb1-dev libwayland-dev
   libgtest-dev libgmock-dev libbenchmark-dev
   fonts-noto-cjk qt6-translations-l10n
+  fonttools libfontconfig-dev
   librsvg2-bin
   ccache
 )

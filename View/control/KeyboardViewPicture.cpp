@@ -1,6 +1,7 @@
 #include "View/control/KeyboardViewPicture.h"
 
 #include "View/KeyboardLayout/KeyboardLayouts.h"
+#include "View/control/AppFont.h"
 #include "View/control/FlippedRect.h"
 #include "View/control/Theme.h"
 
@@ -87,7 +88,9 @@ std::optional<PictureKind> pictureKindFor(const QString& name)
 
 QFont legendFont(qreal pixelSize)
 {
-    QFont font(QStringLiteral("Noto Sans CJK SC"));
+    AppFont::registerFaces();
+    QFont font(AppFont::families().front());
+    font.setFamilies(AppFont::families());
     font.setStyleHint(QFont::SansSerif);
     font.setWeight(QFont::DemiBold);
     font.setPixelSize(std::max(1, qRound(pixelSize)));

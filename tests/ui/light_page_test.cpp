@@ -8,6 +8,7 @@
 #include "Simulator/VirtualKeyboard.h"
 #include "View/LanguageSwitch.h"
 #include "View/MainController.h"
+#include "View/control/AppFont.h"
 #include "View/control/ButtonView.h"
 #include "View/control/LightTableItemView.h"
 #include "View/control/MenuItemView.h"
@@ -30,7 +31,11 @@ namespace {
 
 class LightPage : public ::testing::Test, protected VirtualSession {
 protected:
-    void SetUp() override { ASSERT_TRUE(connected()); }
+    void SetUp() override
+    {
+        ASSERT_TRUE(connected());
+        controller->action_func_light();  // the rows are built when the page shows
+    }
 
     void plug()
     {
@@ -164,7 +169,7 @@ TEST_F(LightPage, TheLanguageMenuRelabelsEveryTextStoresTheChoiceAndSendsNothing
     layout.createLine();
     layout.endLayout();
     ASSERT_FALSE(layout.glyphRuns().isEmpty());
-    EXPECT_EQ(layout.glyphRuns().first().rawFont().familyName().toStdString(), "Noto Sans CJK SC");
+    EXPECT_TRUE(AppFont::families().contains(layout.glyphRuns().first().rawFont().familyName()));
     EXPECT_LE(name->sizeHint().width(), name->width());
 
     // A second command within a second is dropped.
