@@ -197,6 +197,14 @@ enum class AppText {
     ConnectYourKeyboard,
     ConnectYourKeyboardWhy,  // %1 what stands in the way
 
+    // Uploads the keyboard did not confirm.
+    UploadNotConfirmed,    // %1 the upload, one of the five below
+    UploadKeyTable,        // %1 the profile's letter
+    UploadLightMode,       // %1 the profile's letter
+    UploadSystemSettings,  // %1 the profile's letter
+    UploadUserLightSlot,   // %1 the slot number
+    UploadMacroLibrary,
+
     Count  // not a text: the number of them
 };
 
