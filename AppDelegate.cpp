@@ -186,6 +186,10 @@ void AppDelegate::plugDemoKeyboard()
     const int reports = qEnvironmentVariableIntValue("ORVANE_DEMO_UNPLUG_AFTER", &counted);
     if (counted && reports > 0)
         pullDemoCableOnce(reports);
+    // Upload sums that go wrong, to see the window handle them.
+    const QString sumFault = qEnvironmentVariable("ORVANE_DEMO_SUMS");
+    if (!sumFault.isEmpty() && !demoKeyboard_->applySumFault(sumFault))
+        std::cerr << "ORVANE_DEMO_SUMS: use corrupt, wrong, wrong-twice or uncounted" << std::endl;
 }
 
 void AppDelegate::pullDemoCableOnce(int reports)

@@ -1,12 +1,14 @@
 #include "HIDDevice/TransportQueue.h"
 
 #include "Common/OutputLine.h"
+#include "Protocol/UploadConfirmation.h"
 
 #include <QCoreApplication>
 #include <QElapsedTimer>
 #include <QMetaObject>
 #include <QThread>
 
+#include <algorithm>
 #include <iostream>
 
 TransportQueue::TransportQueue(QObject* parent) : QObject(parent)
@@ -121,8 +123,8 @@ void TransportQueue::execute(Shared& shared, Job& job)
 
     // The sequence's verdict, decided here only: it finished when every step
     // went out and was taken. A failed step, or one skipped for a released
-    // transport, leaves it unfinished. A check of what the keyboard says it
-    // received belongs here too.
+    // transport, leaves it unfinished, and so does an upload whose sum the
+    // keyboard does not confirm (below).
     bool finished = true;
 
     // The first failure of a sequence is logged with its reason. A transfer
@@ -148,66 +150,120 @@ void TransportQueue::execute(Shared& shared, Job& job)
     if (DeviceComm::hexDumpEnabled())
         std::cerr << "hid sequence: " << job.sequence.name << std::endl;
     openBracket();
+
+    // What the keyboard says it received is checked on the 0x02 that closes
+    // an upload: the same exchange on the wire, with its reply kept.
+    const std::optional<UploadConfirmation::Check> check =
+        reportsSums(shared, job.comm) ? UploadConfirmation::checkFor(job.sequence) : std::nullopt;
+    std::optional<std::vector<uint8_t>> closingReply;
     bool replyDelivered = false;
-    for (ReportStep& step : job.sequence.steps) {
-        // A released transport skips every step; only an exchange whose
-        // handler is still owed an answer goes on, to report "not sent".
-        const bool owesReply = step.kind == ReportStep::Kind::Exchange && job.onReply && !replyDelivered;
-        if (comm.isReleased() && !owesReply) {
-            finished = false;
-            continue;
-        }
-        switch (step.kind) {
-        case ReportStep::Kind::Single:
-            note(comm.sendDeviceData(step.data));
-            break;
-        case ReportStep::Kind::Run:
-            note(comm.sendDeviceData(step.data, step.length));
-            break;
-        case ReportStep::Kind::Sleep:
-            comm.sleep(step.pause);
-            break;
-        case ReportStep::Kind::Exchange: {
-            ExchangeResult result;
-            result.reply = step.data;
-            if (!comm.isReleased()) {
-                result.sent = true;
-                result.status = comm.getDeviceData(result.reply);
-                note(result.status);
-            } else {
+    // Sends every step once; false when the transport is stopping.
+    auto sendSteps = [&]() -> bool {
+        for (std::size_t index = 0; index < job.sequence.steps.size(); ++index) {
+            ReportStep& step = job.sequence.steps[index];
+            // A released transport skips every step; only an exchange whose
+            // handler is still owed an answer goes on, to report "not sent".
+            const bool owesReply = step.kind == ReportStep::Kind::Exchange && job.onReply && !replyDelivered;
+            if (comm.isReleased() && !owesReply) {
                 finished = false;
+                continue;
             }
-            if (!job.onReply || replyDelivered)
+            switch (step.kind) {
+            case ReportStep::Kind::Single:
+                if (check && index == check->closingStep) {
+                    std::vector<uint8_t> reply = step.data;
+                    const HidStatus status = comm.getDeviceData(reply);
+                    note(status);
+                    if (status)
+                        closingReply = std::move(reply);
+                } else {
+                    note(comm.sendDeviceData(step.data));
+                }
                 break;
-            replyDelivered = true;
-            // The handler may hand over uploads; they must go out before the
-            // rest of this sequence, so wait for them here.
-            {
-                std::lock_guard lock(shared.mutex);
-                shared.continuation.reset();
+            case ReportStep::Kind::Run:
+                note(comm.sendDeviceData(step.data, step.length));
+                break;
+            case ReportStep::Kind::Sleep:
+                comm.sleep(step.pause);
+                break;
+            case ReportStep::Kind::Exchange: {
+                ExchangeResult result;
+                result.reply = step.data;
+                if (!comm.isReleased()) {
+                    result.sent = true;
+                    result.status = comm.getDeviceData(result.reply);
+                    note(result.status);
+                } else {
+                    finished = false;
+                }
+                if (!job.onReply || replyDelivered)
+                    break;
+                replyDelivered = true;
+                // The handler may hand over uploads; they must go out before the
+                // rest of this sequence, so wait for them here.
+                {
+                    std::lock_guard lock(shared.mutex);
+                    shared.continuation.reset();
+                }
+                post(this, shared, [this, handler = job.onReply, result] { deliverReply(handler, result); });
+                std::vector<Job> inserted;
+                {
+                    std::unique_lock lock(shared.mutex);
+                    shared.wake.wait(lock, [&] { return shared.stopping || shared.continuation.has_value(); });
+                    if (shared.stopping)
+                        return false;
+                    inserted = std::move(*shared.continuation);
+                    shared.continuation.reset();
+                }
+                if (!inserted.empty()) {
+                    closeBracket();
+                    for (Job& inner : inserted)
+                        execute(shared, inner);
+                    openBracket();
+                }
+                break;
             }
-            post(this, shared, [this, handler = job.onReply, result] { deliverReply(handler, result); });
-            std::vector<Job> inserted;
-            {
-                std::unique_lock lock(shared.mutex);
-                shared.wake.wait(lock, [&] { return shared.stopping || shared.continuation.has_value(); });
-                if (shared.stopping)
-                    return;
-                inserted = std::move(*shared.continuation);
-                shared.continuation.reset();
             }
-            if (!inserted.empty()) {
-                closeBracket();
-                for (Job& inner : inserted)
-                    execute(shared, inner);
-                openBracket();
-            }
+        }
+        return true;
+    };
+
+    // A sum that differs means the keyboard lost or changed a report: the
+    // whole sequence goes out once more, and a second miss leaves the upload
+    // unfinished (so it stays marked) and is told to the owner. A keyboard
+    // that answers 0 does not count, and is not asked again on this connection.
+    for (int attempt = 1;; ++attempt) {
+        closingReply.reset();
+        if (!sendSteps())
+            return;
+        if (!check || !finished || !closingReply)
+            break;
+        const auto verdict = UploadConfirmation::judge(*closingReply, check->expectedSum);
+        if (verdict == UploadConfirmation::Verdict::Confirmed)
+            break;
+        if (verdict == UploadConfirmation::Verdict::NotCounted) {
+            shared.uncounted.push_back(job.comm);
             break;
         }
+        qCWarning(lcOrvane, "%s: the keyboard reports sum %02x%02x, %04x was sent (attempt %d)",
+                  job.sequence.name.c_str(), (*closingReply)[Protocol::Offset::ReplyChecksumHi],
+                  (*closingReply)[Protocol::Offset::ReplyChecksumLo], check->expectedSum, attempt);
+        if (attempt == kSendsPerUpload) {
+            finished = false;
+            const auto upload = check->upload;
+            post(this, shared, [this, upload] { emit uploadNotConfirmed(int(upload.header), upload.target); });
+            break;
         }
     }
     closeBracket();
     post(this, shared, [this, onEnd = job.onEnd, finished] { ended(onEnd, finished); });
+}
+
+bool TransportQueue::reportsSums(Shared& shared, const std::shared_ptr<DeviceComm>& comm)
+{
+    std::erase_if(shared.uncounted, [](const std::weak_ptr<DeviceComm>& w) { return w.expired(); });
+    return std::none_of(shared.uncounted.begin(), shared.uncounted.end(),
+                        [&](const std::weak_ptr<DeviceComm>& w) { return w.lock() == comm; });
 }
 
 void TransportQueue::deliverReply(const ReplyHandler& handler, const ExchangeResult& result)

@@ -27,6 +27,13 @@
 // failed, or was skipped because the transport was released). The verdict
 // reaches the sequence's end handler on the owner thread, before the queue
 // reports idle; a sequence still queued at shutdown gets none.
+//
+// An upload is finished only when the keyboard confirms it: the reply to its
+// closing 0x02 must carry the sum of the data reports sent. A wrong sum sends
+// the whole sequence once more; a second one leaves it unfinished and is
+// announced by uploadNotConfirmed(). A keyboard that answers 0 for a sum that
+// is not 0 does not count, and its sums are not looked at again for the rest
+// of its connection. A healthy upload's bytes are the same either way.
 
 #include "HIDDevice/DeviceComm.h"
 #include "Protocol/ReportSequence.h"
@@ -76,6 +83,9 @@ signals:
     void busyChanged(bool busy);
     // The keyboard of a sequence stopped answering; what was left for it was dropped.
     void keyboardNotAnswering();
+    // The keyboard twice reported another sum for an upload: the command byte
+    // of its header and the header's target byte.
+    void uploadNotConfirmed(int header, int target);
 
 private:
     struct Job {
@@ -95,10 +105,14 @@ private:
         bool stopping = false;
         bool workerDone = false;
         bool abandoned = false;  // the owner is gone: the worker must not call it
+        // Worker only: the connections whose keyboard does not count its uploads.
+        std::vector<std::weak_ptr<DeviceComm>> uncounted;
     };
+    static constexpr int kSendsPerUpload = 2;  // the first send and one repeat
 
     static void workerLoop(TransportQueue* self, const std::shared_ptr<Shared>& shared);
     void execute(Shared& shared, Job& job);
+    static bool reportsSums(Shared& shared, const std::shared_ptr<DeviceComm>& comm);
     // Queues `call` on the owner thread unless the owner has gone.
     static bool post(TransportQueue* self, Shared& shared, std::function<void()> call);
     // Runs on the owner thread: the handler, with submits captured.

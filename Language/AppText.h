@@ -230,6 +230,13 @@ enum class AppText {
     SnapshotLightsMany,
     // A macro store that would carry unread steps.
     MacroStepsUnread,  // %1 the macro's name, %2 the reason
+    // Uploads the keyboard did not confirm.
+    UploadNotConfirmed,    // %1 the upload, one of the five below
+    UploadKeyTable,        // %1 the profile's letter
+    UploadLightMode,       // %1 the profile's letter
+    UploadSystemSettings,  // %1 the profile's letter
+    UploadUserLightSlot,   // %1 the slot number
+    UploadMacroLibrary,
 
     Count  // not a text: the number of them
 };

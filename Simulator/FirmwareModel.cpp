@@ -219,11 +219,18 @@ void FirmwareModel::actOnCommand(const Report& frame, Time at)
         dataSum_ = 0;
         reply[Offset::ReplyProfile] = static_cast<uint8_t>(state_.activeProfile);
         break;
-    case Command::EndUpload:
-        reply[Offset::ReplyChecksumLo] = static_cast<uint8_t>(dataSum_ & 0xFF);
-        reply[Offset::ReplyChecksumHi] = static_cast<uint8_t>(dataSum_ >> 8);
+    case Command::EndUpload: {
+        uint16_t sum = sumsCounted_ ? dataSum_ : 0;
+        if (upload_ && sumsCounted_ && wrongSums_ > 0) {
+            --wrongSums_;
+            sum = static_cast<uint16_t>(sum + 1);
+            sum = sum == 0 ? 1 : sum;  // 0 would read as a firmware that does not count
+        }
+        reply[Offset::ReplyChecksumLo] = static_cast<uint8_t>(sum & 0xFF);
+        reply[Offset::ReplyChecksumHi] = static_cast<uint8_t>(sum >> 8);
         closeUpload(target, at);
         break;
+    }
     case Command::ApplyLight:
         break;
     default:
@@ -313,8 +320,13 @@ void FirmwareModel::openBlock(const Report& frame, Time at)
     pending_->bytes.reserve(count * Protocol::kReportSize);
 }
 
-void FirmwareModel::onDataReport(const Report& report, Time at)
+void FirmwareModel::onDataReport(const Report& received, Time at)
 {
+    Report report = received;
+    if (corruptNext_) {
+        corruptNext_ = false;
+        report[0] ^= 0x01;
+    }
     dataSum_ = FirmwareBlocks::addToSum(dataSum_, report);
     pending_->bytes.insert(pending_->bytes.end(), report.begin(), report.end());
     if (pending_->bytes.size() == pending_->expected * Protocol::kReportSize)
@@ -385,6 +397,10 @@ void FirmwareModel::setRepeatForever(bool on)
 {
     repeatForever_ = on;
 }
+
+void FirmwareModel::corruptNextDataReport() { corruptNext_ = true; }
+void FirmwareModel::answerWrongSums(int count) { wrongSums_ = std::max(count, 0); }
+void FirmwareModel::setSumsCounted(bool counted) { sumsCounted_ = counted; }
 
 const FirmwareModel::Block& FirmwareModel::keyTable(int profile) const { return state_.profile(profile).keyTable; }
 const FirmwareModel::Block& FirmwareModel::lightMode(int profile) const { return state_.profile(profile).lightMode; }

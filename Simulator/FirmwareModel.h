@@ -74,6 +74,13 @@ public:
     void setActiveProfile(int profile);  // what the status poll reports, 0..255
     void requestRepeatOnce();            // the next command frame gets 0xFF
     void setRepeatForever(bool on);      // every command frame gets 0xFF (a stuck keyboard)
+    // Faults of the upload sum, as a flaky cable or another firmware shows them:
+    // the next data report arrives with its byte 0 changed (and is kept and
+    // counted so); the next `count` uploads are answered with a sum one too
+    // high; or every upload is answered with 0, as a firmware that does not count.
+    void corruptNextDataReport();
+    void answerWrongSums(int count);
+    void setSumsCounted(bool counted);
     // The keyboard lost power: whatever upload was under way is forgotten.
     void unplugged();
 
@@ -133,6 +140,9 @@ private:
     Report lastReply_{};
     bool repeatRequested_ = false;
     bool repeatForever_ = false;
+    bool corruptNext_ = false;
+    int wrongSums_ = 0;
+    bool sumsCounted_ = true;
     std::optional<Time> lastReportAt_;
 
     KeyboardState state_;

@@ -231,6 +231,37 @@ void VirtualKeyboard::setRepeatForever(bool on)
     state_->firmware.setRepeatForever(on);
 }
 
+void VirtualKeyboard::corruptNextDataReport()
+{
+    std::lock_guard lock(state_->mutex);
+    state_->firmware.corruptNextDataReport();
+}
+
+void VirtualKeyboard::answerWrongSums(int count)
+{
+    std::lock_guard lock(state_->mutex);
+    state_->firmware.answerWrongSums(count);
+}
+
+void VirtualKeyboard::setSumsCounted(bool counted)
+{
+    std::lock_guard lock(state_->mutex);
+    state_->firmware.setSumsCounted(counted);
+}
+
+bool VirtualKeyboard::applySumFault(const QString& name)
+{
+    if (name == QLatin1String("corrupt"))
+        corruptNextDataReport();
+    else if (name == QLatin1String("wrong") || name == QLatin1String("wrong-twice"))
+        answerWrongSums(name == QLatin1String("wrong") ? 1 : 2);
+    else if (name == QLatin1String("uncounted"))
+        setSumsCounted(false);
+    else
+        return false;
+    return true;
+}
+
 FirmwareModel VirtualKeyboard::firmware() const
 {
     std::lock_guard lock(state_->mutex);

@@ -67,6 +67,14 @@ public:
     // table, user light slot or macro store: later transfers fail. The bus
     // still has to be told (VirtualBus::unplug) for the host to see it go.
     void unplugDuringUpload(int reports);
+    // Upload sum faults (FirmwareModel): a garbled data report, wrong sums
+    // for the next `count` uploads, or no sums at all.
+    void corruptNextDataReport();
+    void answerWrongSums(int count);
+    void setSumsCounted(bool counted);
+    // The same, named as the demo takes them: "corrupt", "wrong", "wrong-twice"
+    // or "uncounted". False for any other name.
+    bool applySumFault(const QString& name);
 
     // Read-back. firmware() is a copy taken under the lock, so its accessors
     // (key tables, light modes, user lights, counters ...) are consistent.

@@ -35,6 +35,7 @@ MainController::MainController(Environment environment, QWidget* parent)
     connect(transport_.get(), &TransportQueue::keyboardNotAnswering, this, [this] {
         showProblem([] { return appText(AppText::KeyboardNotAnswering); }, kNotAnsweringTopic);
     });
+    connect(transport_.get(), &TransportQueue::uploadNotConfirmed, this, &MainController::uploadNotConfirmed);
 }
 
 MainController::~MainController()

@@ -609,6 +609,13 @@ private:
     // Declared before the transport, which may still report to it while it goes.
     std::unique_ptr<UnfinishedUploads> unfinishedUploads_;
 
+    // ---- Uploads the keyboard did not confirm (MainControllerUnfinished)
+    // Says which upload (its header's command and target byte) the keyboard
+    // reported another sum for, twice; withdrawn at the next connection.
+    void uploadNotConfirmed(int header, int target);
+    void withdrawUnconfirmed();
+    QStringList unconfirmedTopics_;
+
     std::unique_ptr<TransportQueue> transport_;
     std::unique_ptr<HIDMonitorThread> monitorThread_;
     QTimer pollTimer_;

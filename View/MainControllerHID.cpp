@@ -94,6 +94,7 @@ void MainController::ConnectDevice()
     if (!session_)
         return;
     withdrawProblem(kNotAnsweringTopic);  // a fresh connection answers again
+    withdrawUnconfirmed();
     setCurrentDevice(session_->deviceType);
     fillFlagAndNormalKeys();
     const QString previousStore = deviceDBfile;

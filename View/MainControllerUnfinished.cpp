@@ -1,11 +1,14 @@
 // Uploads the keyboard may hold only in part: a key table, a user light slot
 // or the macro store whose sequence stopped half-way (the keyboard unplugged
 // or stopped answering). They are marked from the hand-over until the
-// transport says they finished, and sent again at the next connection.
+// transport says they finished, and sent again at the next connection. An
+// upload the keyboard does not confirm by its sum counts as not finished, and
+// the window says which one it was.
 #include "View/MainController.h"
 
 #include "Common/DataPaths.h"
 #include "HIDDevice/UnfinishedUploads.h"
+#include "Language/AppText.h"
 #include "Protocol/UploadSequences.h"
 #include "Protocol/UserLightColorBlock.h"
 #include "SQLite/DeviceSQLite.h"
@@ -74,4 +77,31 @@ bool MainController::storedUserLightLeds(int64_t mode, std::vector<Protocol::Led
         if (const auto entry = G_KB_SuperKeyCodeMap.find(row.keyvalue); entry != G_KB_SuperKeyCodeMap.end())
             leds.push_back({entry->second.light_index, uint32_t(row.rgbvalue)});
     return true;
+}
+
+void MainController::uploadNotConfirmed(int header, int target)
+{
+    // The text is made when shown, so it follows a language switch.
+    auto upload = [header, target]() -> QString {
+        const QString profile = QString(QChar('A' + std::clamp(target, 1, 5) - 1));
+        switch (static_cast<Protocol::Command>(header)) {
+        case Protocol::Command::KeyTable: return appText(AppText::UploadKeyTable).arg(profile);
+        case Protocol::Command::LightMode: return appText(AppText::UploadLightMode).arg(profile);
+        case Protocol::Command::SystemSet: return appText(AppText::UploadSystemSettings).arg(profile);
+        case Protocol::Command::UserLightData:
+            return appText(AppText::UploadUserLightSlot).arg(target - Protocol::kUserLightTargetBase);
+        default: return appText(AppText::UploadMacroLibrary);
+        }
+    };
+    const QString topic = QStringLiteral("upload-not-confirmed-%1-%2").arg(header).arg(target);
+    if (!unconfirmedTopics_.contains(topic))
+        unconfirmedTopics_ << topic;
+    showProblem([upload] { return appText(AppText::UploadNotConfirmed).arg(upload()); }, topic);
+}
+
+void MainController::withdrawUnconfirmed()
+{
+    for (const QString& topic : std::as_const(unconfirmedTopics_))
+        withdrawProblem(topic);
+    unconfirmedTopics_.clear();
 }

@@ -1,7 +1,10 @@
 // The keyboard's USB side for the USB rig: a FunctionFS function with a boot
 // typing interface and a configuration interface, as an Orvane M61 presents
 // them. It logs every control request that reaches it, with its data stage,
-// and answers feature report GETs with known bytes.
+// and answers feature report GETs with known bytes. Like the firmware it
+// answers the 0x02 that closes an upload with the sum of the upload's data
+// reports, and, once each, asks for a frame again (byte 3 = 0xFF) and
+// answers an upload with a wrong sum, so that both repeats cross the kernel.
 //
 //   orvane_hil_gadget --ffs DIR --variant id|noid
 //
@@ -11,7 +14,9 @@
 //
 // Log lines on stdout:
 //   SETUP <type> <request> <value> <index> <length> [DATA <hex> | REPLY <hex>]
-// where DATA is a host-to-device data stage and REPLY what we sent back.
+// where DATA is a host-to-device data stage and REPLY what we sent back, and
+//   NOTE repeat-asked | sum-right <hex> | sum-wrong <hex>
+// for the replies that ask for a frame again or carry an upload's sum.
 
 #include <linux/usb/ch9.h>
 #include <linux/usb/functionfs.h>
@@ -37,6 +42,10 @@ constexpr uint8_t kTypingInterface = 0;
 constexpr uint8_t kConfigInterface = 1;
 constexpr uint16_t kFeatureReport4 = 0x0304;
 constexpr uint8_t kActiveProfile = 3;  // what the reply to a status poll says
+// The first frame with this command is asked for again, and the first upload
+// with this header is answered with a wrong sum; the host's --expected knows.
+constexpr uint8_t kRepeatOnceCommand = 0x13;
+constexpr uint8_t kWrongSumOnceHeader = 0x11;
 
 const Bytes kBootKeyboardReport = {
     0x05, 0x01, 0x09, 0x06, 0xA1, 0x01, 0x05, 0x07, 0x19, 0xE0, 0x29, 0xE7, 0x15, 0x00, 0x25, 0x01,
@@ -147,7 +156,7 @@ public:
             data.resize(n > 0 ? std::size_t(n) : 0);
             std::printf(" DATA %s", hex(data.data(), data.size()).c_str());
             if (index == kConfigInterface)
-                lastSet_ = data;
+                took(data);
         } else if (type == (USB_DIR_IN | USB_TYPE_CLASS | USB_RECIP_INTERFACE) && r.bRequest == 0x01) {
             reply(index == kConfigInterface && value == kFeatureReport4 ? statusReply(length) : Bytes(length, 0));
         } else if (type == (USB_DIR_OUT | USB_TYPE_CLASS | USB_RECIP_INTERFACE) && (r.bRequest == 0x0A || r.bRequest == 0x0B)) {
@@ -157,13 +166,38 @@ public:
             stall(ep0_, r);
         }
         std::printf("\n");
+        if (!note_.empty())
+            std::printf("NOTE %s\n", note_.c_str());
+        note_.clear();
         std::fflush(stdout);
     }
 
 private:
+    // Follows the uploads as the firmware does: a header announces its data
+    // reports in byte 8, and the sum restarts at each opening and poll.
+    void took(const Bytes& data)
+    {
+        lastSet_ = data;
+        if (dataDue_ > 0) {
+            --dataDue_;
+            for (uint8_t b : data)
+                sum_ = uint16_t(sum_ + b);
+            return;
+        }
+        if (data.size() < 9)
+            return;
+        const uint8_t command = data[1];
+        if (command == 0x18 || command == 0x19 || command == 0x30)
+            sum_ = 0;
+        if (command == 0x11 || command == 0x13 || command == 0x15 || command == 0x17 || command == 0x23) {
+            dataDue_ = data[8];
+            header_ = command;
+        }
+    }
+
     // The last SET echoed with status 1 and the active profile, and a
     // counting pattern in the unused tail so that any shift shows.
-    Bytes statusReply(std::size_t length) const
+    Bytes statusReply(std::size_t length)
     {
         Bytes b(64, 0);
         std::copy_n(lastSet_.begin(), std::min<std::size_t>(lastSet_.size(), 16), b.begin());
@@ -171,6 +205,25 @@ private:
         b[9] = kActiveProfile;
         for (std::size_t i = 16; i < b.size(); ++i)
             b[i] = uint8_t(i * 5 + 7);
+        const uint8_t command = lastSet_.size() > 1 ? lastSet_[1] : 0;
+        if (command == kRepeatOnceCommand && !repeatAsked_) {
+            repeatAsked_ = true;
+            b[3] = 0xFF;
+            dataDue_ = 0;  // a frame asked for again is not taken: its repeat announces the data
+            note_ = "repeat-asked";
+        } else if (command == 0x02) {
+            uint16_t sum = header_ ? sum_ : 0;
+            const bool wrong = header_ == kWrongSumOnceHeader && !wrongSumGiven_;
+            if (wrong) {
+                wrongSumGiven_ = true;
+                sum = uint16_t(sum + 1);
+            }
+            b[4] = sum & 0xFF;
+            b[5] = sum >> 8;
+            if (header_)
+                note_ = (wrong ? "sum-wrong " : "sum-right ") + hex(&b[4], 2);
+            header_ = 0;
+        }
         b.resize(std::min<std::size_t>(length, b.size()));
         return b;
     }
@@ -184,6 +237,12 @@ private:
     int ep0_;
     Bytes configDescriptor_;
     Bytes lastSet_;
+    int dataDue_ = 0;
+    uint16_t sum_ = 0;
+    uint8_t header_ = 0;  // of the upload under way, 0 outside one
+    bool repeatAsked_ = false;
+    bool wrongSumGiven_ = false;
+    std::string note_;  // printed after the request's line
 };
 
 }  // namespace

@@ -91,19 +91,34 @@ std::vector<ReportSequence> conversation()
             UploadSequences::statusPoll()};
 }
 
+// What the rig's keyboard does once each: it asks for the first light mode
+// header again (byte 3 = 0xFF), and answers the first key table with a wrong
+// sum, so that upload goes out twice.
+constexpr uint8_t kRepeatedFrameCommand = 0x13;
+constexpr uint8_t kWrongSumHeader = 0x11;
+
 void printExpected()
 {
     auto set = [](const uint8_t* p) { std::printf("WIRE SET 0304 %04x %s\n", kConfigInterface, hexString({p, 64}).c_str()); };
     auto get = [] { std::printf("WIRE GET 0304 %04x\n", kConfigInterface); };
     std::printf("WIRE BIND\n");
+    bool frameRepeated = false, uploadRepeated = false;
     for (const ReportSequence& sequence : conversation()) {
-        for (const ReportStep& step : sequence.steps) {
-            if (step.kind == ReportStep::Kind::Run) {
-                for (int i = 0; i + 1 < step.length / 64; ++i)
-                    set(step.data.data() + 64 * i);
-            } else if (step.kind != ReportStep::Kind::Sleep) {
-                set(step.data.data());
-                get();
+        const bool again = !uploadRepeated && sequence.steps.size() > 1 && sequence.steps[1].data[1] == kWrongSumHeader;
+        uploadRepeated = uploadRepeated || again;
+        for (int send = 0; send < (again ? 2 : 1); ++send) {
+            for (const ReportStep& step : sequence.steps) {
+                if (step.kind == ReportStep::Kind::Run) {
+                    for (int i = 0; i + 1 < step.length / 64; ++i)
+                        set(step.data.data() + 64 * i);
+                } else if (step.kind != ReportStep::Kind::Sleep) {
+                    const bool twice = !step.dataReport && step.data[1] == kRepeatedFrameCommand && !frameRepeated;
+                    frameRepeated = frameRepeated || twice;
+                    for (int i = 0; i < (twice ? 2 : 1); ++i) {
+                        set(step.data.data());
+                        get();
+                    }
+                }
             }
         }
         if (sequence.carriesDataReports())
@@ -131,9 +146,17 @@ void runConversation(TransportQueue& queue, const std::shared_ptr<HidDeviceHandl
     };
     for (ReportSequence& sequence : conversation()) {
         const bool poll = sequence.name == "status poll";
-        check(queue.submit(comm, std::move(sequence), poll ? TransportQueue::ReplyHandler(onReply) : nullptr),
+        const std::string name = sequence.name;
+        auto onEnd = [name, poll](bool finished) {
+            if (!poll)
+                check(finished, name + ": finished, its sum confirmed by the keyboard");
+        };
+        check(queue.submit(comm, std::move(sequence), poll ? TransportQueue::ReplyHandler(onReply) : nullptr, onEnd),
               "sequence handed over");
     }
+    QObject::connect(&queue, &TransportQueue::uploadNotConfirmed, [](int header, int) {
+        check(false, "upload with header " + std::to_string(header) + " confirmed");
+    });
     QObject::connect(&queue, &TransportQueue::busyChanged, [done](bool busy) {
         if (!busy)
             done();
