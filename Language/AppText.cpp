@@ -20,6 +20,10 @@ constexpr std::array kTexts{
           "正在录制：请按键，或在此窗口内点击。"},
     Texts{AppText::MacroSaveFailed, "The macro could not be saved. Check that the data folder is writable, then save again.",
           "宏未能保存。请检查数据文件夹是否可写，然后再次保存。"},
+    Texts{AppText::MacroStepsUnreadInEditor,
+          "This macro's steps could not be read, so it cannot be saved here: saving would erase them. "
+          "Close this window and open the macro again.",
+          "无法读取此宏的步骤，因此不能在此保存：保存会清除它们。请关闭此窗口后重新打开该宏。"},
     Texts{AppText::MacroStoreTooManyMacros,
           "Nothing was sent to the keyboard: the library has %1 macros, and the keyboard holds %2. "
           "Delete %3 of them, then save a macro again.",

@@ -10,6 +10,7 @@ enum class AppText {
     MillisecondsUnit,
     MacroRecordingHint,
     MacroSaveFailed,
+    MacroStepsUnreadInEditor,
     MacroStoreTooManyMacros,  // %1 macros in the library, %2 the limit, %3 over
     MacroStoreTooLong,        // %1 bytes needed, %2 the limit, %3 over
     MacroStoreTooManySteps,   // %1 bytes counted, %2 the limit, %3 over

@@ -223,8 +223,9 @@ void MaroController::viewDidAppear()
 void MaroController::loadMacroRecordData(int64_t macroId)
 {
     std::vector<RecordInfo> rows;
-    if (deviceDB)
-        deviceDB->queryMacroRecord(macroId, rows);
+    stepsUnread_ = deviceDB && !deviceDB->readMacroSteps(macroId, rows);
+    if (stepsUnread_)
+        label_status->setText(appText(AppText::MacroStepsUnreadInEditor));
     std::vector<MacroStep> steps;
     for (const RecordInfo& row : rows)
         steps.push_back({int(row.recordType), row.recordDesc, row.recordValue});
@@ -376,6 +377,10 @@ void MaroController::action_saverecord()
     const std::optional<QString> name = checkedName();
     if (!name || !deviceDB)
         return;
+    if (stepsUnread_) {
+        label_status->setText(appText(AppText::MacroStepsUnreadInEditor));
+        return;
+    }
     if (const std::optional<QString> refusal = stepEditor->saveRefusal()) {
         label_status->setText(*refusal);
         return;

@@ -111,6 +111,9 @@ private:
     // The name to save, or none with the reason beside the field.
     std::optional<QString> checkedName();
     std::vector<MacroStep> savedSteps_;
+    // The macro's stored steps could not be read: what the editor shows is
+    // not the macro, so a save would overwrite it with less.
+    bool stepsUnread_ = false;
 
     QObject* eventHandler = nullptr;  // the key filter while recording
 };

@@ -7,6 +7,8 @@
 #include "SQLite/DeviceSQLite.h"
 #include "SQLite/LocalSQLite.h"
 #include "Simulator/VirtualKeyboard.h"
+#include "View/MacroController.h"
+#include "View/MacroWindowController.h"
 #include "View/MainController.h"
 #include "View/control/ButtonView.h"
 #include "View/control/CaseColorButton.h"
@@ -18,7 +20,9 @@
 #include <QCoreApplication>
 #include <QDir>
 #include <QFile>
+#include <QLabel>
 #include <QListWidget>
+#include <QTest>
 #include <gtest/gtest.h>
 
 #include <unistd.h>
@@ -272,11 +276,22 @@ TEST_F(DataSafety, SettingsTheStoreCannotReadAreNeverSentAsDefaults)
         EXPECT_EQ(keyboard->setCount(), frames) << "profile switch";
     }
     // Steps that cannot be read would go out as an empty macro.
-    ASSERT_GT(controller->deviceDB->saveMacro({0, 1, 1, 0, "Greeting"}, {RecordInfo{0, 0, 1, 0, 4, "A"}}), 0);
+    const int64_t greeting = controller->deviceDB->saveMacro({0, 1, 1, 0, "Greeting"}, {RecordInfo{0, 0, 1, 0, 4, "A"}});
+    ASSERT_GT(greeting, 0);
     frames = keyboard->setCount();
-    ScopedFault fault("macro.read.steps");
-    controller->SaveMacroToKeyboard();
-    settle();
-    EXPECT_EQ(keyboard->setCount(), frames) << "macro store";
-    EXPECT_TRUE(shown().contains("The steps of the macro \"Greeting\" could not be read")) << shown().toStdString();
+    {
+        ScopedFault fault("macro.read.steps");
+        controller->SaveMacroToKeyboard();
+        settle();
+        EXPECT_EQ(keyboard->setCount(), frames) << "macro store";
+        EXPECT_TRUE(shown().contains("The steps of the macro \"Greeting\" could not be read")) << shown().toStdString();
+
+        // Nor does the editor offer them as an empty macro to save over them.
+        controller->SubMenuItemMacroAction(QVariantMap{{"type", 1}, {"macroid", QVariant::fromValue<qint64>(greeting)}});
+        MaroController& editor = *controller->macroWindow->controller();
+        EXPECT_TRUE(editor.label_status->text().startsWith("This macro's steps could not be read"));
+        QTest::mouseClick(editor.btn_saverecord, Qt::LeftButton);
+    }
+    std::vector<RecordInfo> kept;
+    EXPECT_EQ(controller->deviceDB->queryMacroRecord(greeting, kept), 1) << "the stored step survives the save";
 }
