@@ -48,16 +48,6 @@ QString ExchangeFile::safeFileName(const QString& name)
     return safe.isEmpty() ? QStringLiteral("_") : safe;
 }
 
-QString ExchangeFile::fileUrlInFolder(const QString& folder, const QString& name, const QString& suffix)
-{
-    QString path = QUrl(folder).toLocalFile();
-    if (!path.endsWith(QLatin1Char('/')))
-        path += QLatin1Char('/');
-    // Encoded, so that SQLite reads a "%", "?" or "#" of the folder's path
-    // as part of the name and not as the URL's own syntax.
-    return QUrl::fromLocalFile(path + safeFileName(name) + suffix).toString(QUrl::FullyEncoded);
-}
-
 QString ExchangeFile::displayName(const QString& dbUri)
 {
     const QUrl url(dbUri);

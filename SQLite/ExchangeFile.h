@@ -40,10 +40,6 @@ void createTables(SQLite::Database& db, std::initializer_list<const char*> state
 // "|", control characters) becomes "_", and an empty name becomes "_".
 QString safeFileName(const QString& name);
 
-// The file: URL of the file `name` + `suffix` in the folder `folder` (a
-// file: URL as a folder dialog gives it, with or without its final slash).
-QString fileUrlInFolder(const QString& folder, const QString& name, const QString& suffix);
-
 // The file's name for messages ("Profile A.key").
 QString displayName(const QString& dbUri);
 

@@ -6,10 +6,7 @@
 QString runExchangeDialog(QWidget* parent, const ExchangeDialog& dialog)
 {
     QFileDialog panel(parent, dialog.title);
-    if (dialog.pick == ExchangeDialog::Pick::Folder) {
-        panel.setFileMode(QFileDialog::Directory);
-        panel.setOption(QFileDialog::ShowDirsOnly);
-    } else if (dialog.pick == ExchangeDialog::Pick::NewFile) {
+    if (dialog.pick == ExchangeDialog::Pick::NewFile) {
         // A save dialog asks before it replaces a file.
         panel.setAcceptMode(QFileDialog::AcceptSave);
         panel.setFileMode(QFileDialog::AnyFile);

@@ -9,7 +9,7 @@ class QWidget;
 struct ExchangeDialog {
     // NewFile: a file to write, offered as `name`; choosing a file that
     // exists asks before it is replaced.
-    enum class Pick { ExistingFile, Folder, NewFile };
+    enum class Pick { ExistingFile, NewFile };
     QString title;   // empty: the dialog's own title
     Pick pick = Pick::ExistingFile;
     QString suffix;  // ExistingFile and NewFile: the file type, without the dot

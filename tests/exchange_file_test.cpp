@@ -232,9 +232,11 @@ TEST_F(ExchangeFileTest, ALargeKeyFileImportsAsOneByOneAddsWouldWriteItAllOrNoth
     EXPECT_EQ(dumpDatabase(*all.db), before);
 }
 
-TEST_F(ExchangeFileTest, ALightFileIsNamedSafelyAndASecondExportAppendsBehindTheFirst)
+// Files written by earlier versions could hold a second light behind the first.
+TEST_F(ExchangeFileTest, ALightFileIsNamedSafelyAndOnlyItsFirstLightIsRead)
 {
-    const QString fileUrl = ExchangeFile::fileUrlInFolder(QUrl::fromLocalFile(folder.path()).toString(), "Sun/set?#%", ".light");
+    const QString fileUrl = QUrl::fromLocalFile(folder.path() + '/' + ExchangeFile::safeFileName("Sun/set?#%") + ".light")
+                                .toString(QUrl::FullyEncoded);
     EXPECT_EQ(ExchangeFile::displayName(fileUrl), "Sun_set___.light");
     ASSERT_TRUE(LightSQLite(fileUrl).addLightMode("Sun/set?#%", {{0, 41, 0xff0000}, {0, 120, 7}, {0, 5, 0}}));
     ASSERT_TRUE(LightSQLite(fileUrl).addLightMode("Later", {{0, 6, 9}}));
