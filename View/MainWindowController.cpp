@@ -3,6 +3,7 @@
 #include "View/MainController.h"
 #include "View/control/FrameLessView.h"
 
+#include <QApplication>
 #include <QGuiApplication>
 #include <QMouseEvent>
 #include <QScreen>
@@ -15,21 +16,34 @@ WindowBorderless::WindowBorderless(QWidget* parent) : QWidget(parent, Qt::Window
 
 void WindowBorderless::mousePressEvent(QMouseEvent* event)
 {
-    // The window manager moves the window where it can; a Wayland
-    // compositor ignores a window that places itself.
-    if (event->button() == Qt::LeftButton && !startSystemMove(this))
-        dragOffset_ = event->globalPosition().toPoint() - frameGeometry().topLeft();
+    if (event->button() != Qt::LeftButton)
+        return;
+    pressPoint_ = event->globalPosition().toPoint();
+    dragOffset_ = *pressPoint_ - frameGeometry().topLeft();
 }
 
+// Only a press that moves hands the pointer to the window manager: a move
+// started by a quick click can outlive its release (the manager grabs the
+// pointer after the button is already up), and the window then follows the
+// pointer until the next click.
 void WindowBorderless::mouseMoveEvent(QMouseEvent* event)
 {
-    if (dragOffset_ && (event->buttons() & Qt::LeftButton))
-        move(event->globalPosition().toPoint() - *dragOffset_);
+    if (!pressPoint_ || !(event->buttons() & Qt::LeftButton))
+        return;
+    const QPoint at = event->globalPosition().toPoint();
+    if ((at - *pressPoint_).manhattanLength() < QApplication::startDragDistance())
+        return;
+    // The window manager moves the window where it can; a Wayland
+    // compositor ignores a window that places itself.
+    if (startSystemMove(this))
+        pressPoint_.reset();
+    else
+        move(at - dragOffset_);
 }
 
 void WindowBorderless::mouseReleaseEvent(QMouseEvent*)
 {
-    dragOffset_.reset();
+    pressPoint_.reset();
 }
 
 MainWindowController::MainWindowController(MainController* controller)

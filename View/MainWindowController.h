@@ -21,7 +21,10 @@ protected:
     void mouseReleaseEvent(QMouseEvent* event) override;
 
 private:
-    std::optional<QPoint> dragOffset_;
+    // Set by a left press on the background, cleared by its release or by the
+    // window manager taking the move over.
+    std::optional<QPoint> pressPoint_;
+    QPoint dragOffset_;
 };
 
 class MainWindowController {
