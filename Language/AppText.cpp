@@ -410,9 +410,9 @@ constexpr std::array kTexts{
           "The keyboard did not confirm the %1, even when it was sent a second time: it may hold only part of it. "
           "Unplug the keyboard and plug it in again, and it is sent again.",
           "键盘未确认收到%1，重新发送一次后仍未确认：键盘可能只保存了其中一部分。请拔下键盘并重新插入，届时将重新发送。"},
-    Texts{AppText::UploadKeyTable, "key settings of Profile %1", "模式 %1 的按键设置"},
-    Texts{AppText::UploadLightMode, "light mode of Profile %1", "模式 %1 的灯效"},
-    Texts{AppText::UploadSystemSettings, "key locks of Profile %1", "模式 %1 的按键锁定"},
+    Texts{AppText::UploadKeyTable, "key settings of %1", "%1 的按键设置"},
+    Texts{AppText::UploadLightMode, "light mode of %1", "%1 的灯效"},
+    Texts{AppText::UploadSystemSettings, "key locks of %1", "%1 的按键锁定"},
     Texts{AppText::UploadUserLightSlot, "colours of custom mode %1", "自定义模式 %1 的颜色"},
     Texts{AppText::UploadMacroLibrary, "macro library", "宏库"},
 };

@@ -233,9 +233,9 @@ enum class AppText {
     MacroStepsUnread,  // %1 the macro's name, %2 the reason
     // Uploads the keyboard did not confirm.
     UploadNotConfirmed,    // %1 the upload, one of the five below
-    UploadKeyTable,        // %1 the profile's letter
-    UploadLightMode,       // %1 the profile's letter
-    UploadSystemSettings,  // %1 the profile's letter
+    UploadKeyTable,        // %1 the profile's name
+    UploadLightMode,       // %1 the profile's name
+    UploadSystemSettings,  // %1 the profile's name
     UploadUserLightSlot,   // %1 the slot number
     UploadMacroLibrary,
 

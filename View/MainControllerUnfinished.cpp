@@ -9,6 +9,7 @@
 #include "Common/DataPaths.h"
 #include "HIDDevice/UnfinishedUploads.h"
 #include "Language/AppText.h"
+#include "Language/Language.h"
 #include "Protocol/UploadSequences.h"
 #include "Protocol/UserLightColorBlock.h"
 #include "SQLite/DeviceSQLite.h"
@@ -83,7 +84,7 @@ void MainController::uploadNotConfirmed(int header, int target)
 {
     // The text is made when shown, so it follows a language switch.
     auto upload = [header, target]() -> QString {
-        const QString profile = QString(QChar('A' + std::clamp(target, 1, 5) - 1));
+        const QString profile = languageText(profileTextId(std::clamp(target, 1, 5)));
         switch (static_cast<Protocol::Command>(header)) {
         case Protocol::Command::KeyTable: return appText(AppText::UploadKeyTable).arg(profile);
         case Protocol::Command::LightMode: return appText(AppText::UploadLightMode).arg(profile);
