@@ -2,6 +2,7 @@
 // button, the macro window's opening, binding a macro to a key, and the
 // upload of the whole macro store after each save.
 #include "View/MainController.h"
+#include "View/Question.h"
 
 #include "Common/NotificationCenter.h"
 #include "Language/AppText.h"
@@ -189,20 +190,12 @@ void MainController::askToDeleteMacro(int64_t macroId, const QString& name)
     if (!deviceDB)
         return;
     const QString keys = keyListOf(macroKeysOf(*deviceDB), macroId);
-    auto* alert = new QMessageBox(window());
-    alert->setObjectName(QStringLiteral("deleteMacroAlert"));
-    alert->setAttribute(Qt::WA_DeleteOnClose);
-    alert->setWindowModality(Qt::WindowModal);
-    alert->setIcon(QMessageBox::Warning);
-    alert->setText(appText(AppText::DeleteMacroQuestion).arg(name));
-    alert->setInformativeText(keys.isEmpty() ? appText(AppText::DeleteMacroNoKeys)
-                                             : appText(AppText::DeleteMacroKeys).arg(keys));
-    QPushButton* cancel = alert->addButton(languageText(622), QMessageBox::ActionRole);
-    QPushButton* remove = alert->addButton(appText(AppText::DeleteMacroButton), QMessageBox::ActionRole);
+    const auto [alert, cancel, remove] =
+        askFirst(window(), QStringLiteral("deleteMacroAlert"), appText(AppText::DeleteMacroQuestion).arg(name),
+                 keys.isEmpty() ? appText(AppText::DeleteMacroNoKeys) : appText(AppText::DeleteMacroKeys).arg(keys),
+                 appText(AppText::DeleteMacroButton));
     cancel->setObjectName(QStringLiteral("deleteMacroCancel"));
     remove->setObjectName(QStringLiteral("deleteMacroOK"));
-    alert->setDefaultButton(cancel);
-    alert->setEscapeButton(cancel);
     alert->setStyleSheet(QStringLiteral("QPushButton#deleteMacroOK { background: %1; color: white; border: none;"
                                         " border-radius: 4px; padding: 5px 14px; }")
                              .arg(Theme::destructive().name()));

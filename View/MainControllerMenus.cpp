@@ -1,6 +1,7 @@
 // The profile button and the main menu button with their popovers, and the
 // confirmation asked before a reset.
 #include "View/MainController.h"
+#include "View/Question.h"
 
 #include "Language/AppText.h"
 #include "View/control/Theme.h"
@@ -73,25 +74,15 @@ void MainController::closePopovers()
 void MainController::askToReset(int msgId)
 {
     const bool current = msgId == kMenuResetCurrent;
-    auto* alert = new QMessageBox(window());
-    alert->setObjectName(QStringLiteral("resetAlert"));
-    alert->setAttribute(Qt::WA_DeleteOnClose);
-    alert->setWindowModality(Qt::WindowModal);
-    alert->setIcon(QMessageBox::Warning);
     // The question names what goes back and what is lost.
     const QString profile = languageText(profileTextId(currentProfile));
-    alert->setText(current ? appText(AppText::ResetProfileQuestion).arg(profile) : appText(AppText::ResetAllQuestion));
-    alert->setInformativeText(appText(current ? AppText::ResetProfileLoses : AppText::ResetAllLoses));
-    // "Cancel" comes first and answers Return and Escape; only "OK" resets.
-    // Both take the same role, so that they stand in this order whatever
-    // order the desktop prefers.
-    QPushButton* cancel = alert->addButton(languageText(622), QMessageBox::ActionRole);
-    QPushButton* ok = alert->addButton(current ? appText(AppText::ResetProfileButton).arg(profile)
-                                               : appText(AppText::ResetAllButton),
-                                       QMessageBox::ActionRole);
+    const auto [alert, cancel, ok] = askFirst(
+        window(), QStringLiteral("resetAlert"),
+        current ? appText(AppText::ResetProfileQuestion).arg(profile) : appText(AppText::ResetAllQuestion),
+        appText(current ? AppText::ResetProfileLoses : AppText::ResetAllLoses),
+        current ? appText(AppText::ResetProfileButton).arg(profile) : appText(AppText::ResetAllButton));
     cancel->setObjectName(QStringLiteral("resetAlertCancel"));
     ok->setObjectName(QStringLiteral("resetAlertOK"));
-    alert->setDefaultButton(cancel);
     // The question stands out as a panel of its own, its heading in bold;
     // the button that deletes is red, as destructive buttons are.
     alert->setStyleSheet(QStringLiteral(
@@ -102,7 +93,6 @@ void MainController::askToReset(int msgId)
         " padding: 5px 14px; }"
         "QPushButton#resetAlertOK:hover { background: %2; }").arg(Theme::destructive().name(),
                                                                    Theme::destructive().darker(115).name()));
-    alert->setEscapeButton(cancel);
     connect(ok, &QAbstractButton::clicked, this, [this, current] {
         afterPollReply([this, current] { current ? resetCurrent() : resetAllData(); });
     });

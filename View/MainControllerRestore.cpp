@@ -3,6 +3,7 @@
 // main menu's list of them. A restore puts a copy back whole and sends the
 // keyboard everything it holds, so keyboard and window agree again.
 #include "View/MainController.h"
+#include "View/Question.h"
 
 #include "Common/OutputLine.h"
 #include "Language/AppText.h"
@@ -11,7 +12,6 @@
 #include "Protocol/UserLightColorBlock.h"
 #include "SQLite/DeviceSQLite.h"
 #include "SQLite/Snapshot.h"
-#include "View/KeyboardLayout/KeyCodeMaps.h"
 #include "View/RestoreDialog.h"
 
 #include <QDir>
@@ -22,7 +22,6 @@
 
 namespace {
 
-constexpr int kTextCancel = 622;
 constexpr int kProfiles = 5;
 constexpr int kSavedSlots = 5;  // the slots the light menu saves to
 
@@ -169,17 +168,13 @@ void MainController::sendSavedUserLightSlots(const std::array<int64_t, 5>& slots
     for (int slot = 1; slot <= kSavedSlots; ++slot) {
         const int64_t mode = slotsAfter[std::size_t(slot - 1)];
         const bool listed = std::any_of(modes.begin(), modes.end(), [mode](const userLightData& m) { return m.lightId == mode; });
-        std::vector<RGBData> rows;
+        std::vector<Protocol::LedColour> leds;
         // A slot saved then gets that light's colours back; a slot saved only
         // since is blanked, as it was then; one never saved keeps what it has.
-        if (listed && !deviceDB->queryKeyRGB(1, mode, rows))
+        if (listed && !storedUserLightLeds(mode, leds))
             continue;
         if (!listed && slotsBefore[std::size_t(slot - 1)] == 0)
             continue;
-        std::vector<Protocol::LedColour> leds;
-        for (const RGBData& row : rows)
-            if (const auto entry = G_KB_SuperKeyCodeMap.find(row.keyvalue); entry != G_KB_SuperKeyCodeMap.end())
-                leds.push_back({entry->second.light_index, uint32_t(row.rgbvalue)});
         submitSequence(UploadSequences::userLightColors(slot, Protocol::userLightColorBlock(leds)));
     }
 }
@@ -216,20 +211,11 @@ void MainController::showRestoreSettings()
 
 void MainController::askToRestore(const QString& path, const QString& when)
 {
-    auto* alert = new QMessageBox(window());
-    alert->setObjectName(QStringLiteral("restoreAlert"));
-    alert->setAttribute(Qt::WA_DeleteOnClose);
-    alert->setWindowModality(Qt::WindowModal);
-    alert->setIcon(QMessageBox::Warning);
-    alert->setText(appText(AppText::RestoreQuestion).arg(when));
-    alert->setInformativeText(appText(AppText::RestoreReplaces));
-    // As the reset question: "Cancel" first, the default, and on Escape.
-    QPushButton* cancel = alert->addButton(languageText(kTextCancel), QMessageBox::ActionRole);
-    QPushButton* ok = alert->addButton(appText(AppText::RestoreButton), QMessageBox::ActionRole);
+    const auto [alert, cancel, ok] =
+        askFirst(window(), QStringLiteral("restoreAlert"), appText(AppText::RestoreQuestion).arg(when),
+                 appText(AppText::RestoreReplaces), appText(AppText::RestoreButton));
     cancel->setObjectName(QStringLiteral("restoreAlertCancel"));
     ok->setObjectName(QStringLiteral("restoreAlertOK"));
-    alert->setDefaultButton(cancel);
-    alert->setEscapeButton(cancel);
     alert->setStyleSheet(QStringLiteral("QLabel#qt_msgbox_label { font-weight: bold; }"
                                         "QLabel#qt_msgbox_informativelabel { min-width: 320px; }"));
     connect(ok, &QAbstractButton::clicked, this, [this, path] { afterPollReply([this, path] { restoreSnapshot(path); }); });

@@ -2,6 +2,7 @@
 // mode (export, delete after asking, rename), and the list's highlight, the
 // picture and the mode being painted always name the same mode.
 #include "View/MainController.h"
+#include "View/Question.h"
 
 #include "Language/AppText.h"
 #include "Language/Language.h"
@@ -23,7 +24,6 @@ constexpr int kButtonImport = 1;
 constexpr int kButtonExport = 2;
 constexpr int kButtonDelete = 3;
 constexpr int kButtonRename = 5;
-constexpr int kTextCancel = 622;
 constexpr int kTextOk = 623;
 
 const QString kMode = QStringLiteral("mode");
@@ -88,19 +88,11 @@ void MainController::askToDeleteUserLight(int row)
 {
     const QString name = userlightmode_datas.at(row).value(kText).toString();
     const int64_t mode = userlightmode_datas.at(row).value(kMode).toLongLong();
-    auto* alert = new QMessageBox(window());
-    alert->setObjectName(QStringLiteral("deleteLightAlert"));
-    alert->setAttribute(Qt::WA_DeleteOnClose);
-    alert->setWindowModality(Qt::WindowModal);
-    alert->setIcon(QMessageBox::Warning);
-    alert->setText(appText(AppText::UserLightDeleteQuestion).arg(name));
-    alert->setInformativeText(appText(AppText::UserLightDeleteLoses));
-    QPushButton* cancel = alert->addButton(languageText(kTextCancel), QMessageBox::ActionRole);
-    QPushButton* ok = alert->addButton(languageText(kTextOk), QMessageBox::ActionRole);
+    const auto [alert, cancel, ok] =
+        askFirst(window(), QStringLiteral("deleteLightAlert"), appText(AppText::UserLightDeleteQuestion).arg(name),
+                 appText(AppText::UserLightDeleteLoses), languageText(kTextOk));
     cancel->setObjectName(QStringLiteral("deleteLightCancel"));
     ok->setObjectName(QStringLiteral("deleteLightOK"));
-    alert->setDefaultButton(cancel);
-    alert->setEscapeButton(cancel);
     // The row is found again by its mode: the list may have changed while
     // the question was open.
     connect(ok, &QAbstractButton::clicked, this, [this, mode] { deleteUserLight(mode); });
