@@ -1,6 +1,7 @@
 #include "SQLite/Snapshot.h"
 
 #include "Common/DataPaths.h"
+#include "SQLite/ExchangeFile.h"
 
 #include <SQLiteCpp/Backup.h>
 #include <SQLiteCpp/Statement.h>
@@ -11,6 +12,7 @@
 #include <QFile>
 #include <QFileInfo>
 #include <QRegularExpression>
+#include <QUrl>
 
 #include <algorithm>
 #include <set>
@@ -110,20 +112,22 @@ Taken take(SQLite::Database& live, const QString& model, const QString& what, co
     const QString path = folder() + nameOf(model, second, sequence, what);
     // Written under another name and renamed when whole, so a list never
     // shows a half-made copy.
-    const QString partial = path + QStringLiteral(".part");
-    try {
-        {
-            SQLite::Database copy(partial.toStdString(), SQLite::OPEN_READWRITE | SQLite::OPEN_CREATE);
-            copyDatabase(copy, live);
-        }
-        if (!QFile::rename(partial, path))
-            throw std::runtime_error("cannot name the copy " + path.toStdString());
-    } catch (const std::exception& e) {
-        QFile::remove(partial);
-        QFile::remove(partial + QStringLiteral("-journal"));
-        taken.failure = e.what();
+    const bool written = ExchangeFile::writeWhole(
+        QUrl::fromLocalFile(path).toString(QUrl::FullyEncoded),
+        [&](const QString& tempUri) {
+            try {
+                SQLite::Database copy(tempUri.toStdString(),
+                                      SQLite::OPEN_READWRITE | SQLite::OPEN_CREATE | SQLite::OPEN_URI);
+                copyDatabase(copy, live);
+                return true;
+            } catch (const std::exception& e) {
+                taken.failure = e.what();
+                return false;
+            }
+        },
+        taken.failure);
+    if (!written)
         return taken;
-    }
     taken.path = path;
     prune(model, kKept, spare);
     return taken;
